@@ -1,0 +1,20 @@
+#ifndef QX_QXCOMMON_H
+#define QX_QXCOMMON_H
+
+// Every public header of the library, for components that want them all.
+
+// Foundation
+#include "qx/foundation/ioexception.h"
+#include "qx/foundation/progressreport.h"
+#include "qx/foundation/qxcancelinfo.h"
+#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/qxexception.h"
+#include "qx/foundation/qxexport.h"
+#include "qx/foundation/qxmissingvalue.h"
+#include "qx/foundation/qxquerycancel.h"
+#include "qx/foundation/qxstatusshared.h"
+#include "qx/foundation/qxwarnings.h"
+
+// Dense matrices
+
+#endif  // QX_QXCOMMON_H
