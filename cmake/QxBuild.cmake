@@ -49,7 +49,12 @@ function(qx_add_benchmarks name)
   endif()
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
   set(target qx_${name}_benchmarks)
-  add_executable(${target} ${ARG_SOURCES})
-  target_link_libraries(${target} PRIVATE qxcommon benchmark::benchmark_main qx_build_flags
+  add_executable(${target} ${ARG_SOURCES}
+                 ${PROJECT_SOURCE_DIR}/qx/foundation/internal/benchmarkmain.cpp)
+  target_link_libraries(${target} PRIVATE qxcommon benchmark::benchmark qx_build_flags
                         ${ARG_LIBRARIES})
+  if(QX_LAPACK_LIBRARY AND QX_BLAS_LIBRARY)
+    target_link_libraries(${target} PRIVATE ${QX_LAPACK_LIBRARY} ${QX_BLAS_LIBRARY})
+    target_compile_definitions(${target} PRIVATE QX_HAVE_LAPACK=1)
+  endif()
 endfunction()

@@ -94,13 +94,16 @@ std::string SizedMapHeader(const std::string& label, size_t size) {
   return label + " (map size =" + Fmt(" %d", static_cast<int>(size)) + ")";
 }
 
+// Writes a map's header line, marked " <empty>" for an empty map; returns
+// whether there are entries to print.
+bool OpenMap(const std::string& header, bool empty) {
+  DisplayText(1, empty ? header + " <empty>" : header);
+  return !empty;
+}
+
 template <typename Map, typename ItemFormat>
 void DisplayPairMap(const std::string& label, const Map& m, ItemFormat format) {
-  if (m.empty()) {
-    DisplayText(1, SizedMapHeader(label, 0) + " <empty>");
-    return;
-  }
-  DisplayText(1, SizedMapHeader(label, m.size()));
+  if (!OpenMap(SizedMapHeader(label, m.size()), m.empty())) return;
   ListLines lines;
   for (const auto& entry : m) lines.Add(format(entry.first, entry.second));
   lines.Finish();
@@ -109,11 +112,7 @@ void DisplayPairMap(const std::string& label, const Map& m, ItemFormat format) {
 // Maps with vector keys: a header, then each pair under its two labels.
 template <typename Map, typename ShowPair>
 void DisplayVectorKeyMap(const std::string& label, const Map& m, ShowPair show) {
-  if (m.empty()) {
-    DisplayText(1, MapHeader(label, 0) + " <empty>");
-    return;
-  }
-  DisplayText(1, MapHeader(label, m.size()));
+  if (!OpenMap(MapHeader(label, m.size()), m.empty())) return;
   for (const auto& entry : m) show(entry.first, entry.second);
 }
 

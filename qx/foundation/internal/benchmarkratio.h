@@ -1,0 +1,86 @@
+#ifndef QX_FOUNDATION_INTERNAL_BENCHMARKRATIO_H
+#define QX_FOUNDATION_INTERNAL_BENCHMARKRATIO_H
+
+// Support for the library's benchmark programs (never installed): a reporter
+// that prints, after the usual table, how each of the library's operations
+// compares in time with a baseline measured in the same run, such as a plain
+// loop or the LAPACK routine that does the same job.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace QXMath_850 {
+namespace internal {
+
+class RatioReporter : public benchmark::ConsoleReporter {
+ public:
+  // Runs named "<ours>/<args>" are compared with "<baseline>/<args>".
+  void AddPair(const std::string& ours, const std::string& baseline) {
+    pairs.emplace_back(ours, baseline);
+  }
+
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
+        times[run.benchmark_name()] = run.GetAdjustedRealTime();
+      }
+    }
+    ConsoleReporter::ReportRuns(runs);
+  }
+
+  void Finalize() override {
+    ConsoleReporter::Finalize();
+    bool header = false;
+    for (const auto& entry : times) {
+      for (const auto& pair : pairs) {
+        const std::string& name = entry.first;
+        if (name.compare(0, pair.first.size() + 1, pair.first + "/") != 0) continue;
+        const std::string args = name.substr(pair.first.size());
+        const auto base = times.find(pair.second + args);
+        if (base == times.end() || base->second <= 0.0) continue;
+        if (!header) {
+          std::printf("\n%-44s %-36s %10s\n", "operation", "baseline", "time ratio");
+          header = true;
+        }
+        std::printf("%-44s %-36s %10.2f\n", name.c_str(), base->first.c_str(),
+                    entry.second / base->second);
+      }
+    }
+    if (header) std::printf("(time ratio = library time / baseline time; below 1 is faster)\n");
+    std::fflush(stdout);
+  }
+
+ private:
+  std::vector<std::pair<std::string, std::string>> pairs;
+  std::map<std::string, double> times;
+};
+
+// The pairs to compare, registered by each benchmark file through
+// QX_BENCHMARK_RATIO and read by the common main (benchmarkmain.cpp).
+inline std::vector<std::pair<std::string, std::string>>& RatioPairs() {
+  static std::vector<std::pair<std::string, std::string>> pairs;
+  return pairs;
+}
+
+struct RatioPairRegistrar {
+  RatioPairRegistrar(const char* ours, const char* baseline) {
+    RatioPairs().emplace_back(ours, baseline);
+  }
+};
+
+}  // namespace internal
+}  // namespace QXMath_850
+
+#define QX_BENCHMARK_RATIO_CONCAT2(a, b) a##b
+#define QX_BENCHMARK_RATIO_CONCAT(a, b) QX_BENCHMARK_RATIO_CONCAT2(a, b)
+// Compares runs "ours/<args>" with "baseline/<args>" at the end of the report.
+#define QX_BENCHMARK_RATIO(ours, baseline)                                     \
+  static ::QXMath_850::internal::RatioPairRegistrar QX_BENCHMARK_RATIO_CONCAT( \
+      qxBenchmarkRatio, __LINE__)(ours, baseline)
+
+#endif  // QX_FOUNDATION_INTERNAL_BENCHMARKRATIO_H
