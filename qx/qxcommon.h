@@ -16,5 +16,8 @@
 #include "qx/foundation/qxwarnings.h"
 
 // Dense matrices
+#include "qx/matrices/blas1_d.h"
+#include "qx/matrices/qxbitset.h"
+#include "qx/matrices/qxmathfun.h"
 
 #endif  // QX_QXCOMMON_H
