@@ -19,5 +19,6 @@
 #include "qx/matrices/blas1_d.h"
 #include "qx/matrices/qxbitset.h"
 #include "qx/matrices/qxmathfun.h"
+#include "qx/matrices/qxsymmatrix.h"
 
 #endif  // QX_QXCOMMON_H

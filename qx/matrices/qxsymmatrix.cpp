@@ -1,0 +1,690 @@
+#include "qx/matrices/qxsymmatrix.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <utility>
+
+#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/matrices/blas1_d.h"
+
+namespace QXMath_850 {
+
+namespace {
+
+// Position of element (i, 0) in the packed lower triangle.
+inline std::size_t RowStart(int i) {
+  return static_cast<std::size_t>(i) * (static_cast<std::size_t>(i) + 1) / 2;
+}
+
+// Length of the packed store of order n; 0 for n < 1.
+inline std::size_t PackedSize(int n) {
+  return n > 0 ? RowStart(n) : 0;
+}
+
+inline int Order(int n) {
+  return n > 0 ? n : 0;
+}
+
+}  // namespace
+
+IQXSymMatrix::~IQXSymMatrix() = default;
+
+// ---------------------------------------------------------------------------
+// Construction and sizing
+
+QXSymMatrix::QXSymMatrix() : nRows(0), nBlocks(0), blockSize(0) {}
+
+QXSymMatrix::QXSymMatrix(int n, bool clear) {
+  if (n < 0) n = 0;
+  nRows = n;
+  nBlocks = 1;
+  blockSize = n;
+  if (ResizeNRows(data, nRows) && clear) {
+    for (double& a : data)
+      a = 0.0;
+  }
+}
+
+QXSymMatrix::QXSymMatrix(int blocks, int size, bool clear) {
+  if (blocks < 1 || size < 1) {
+    blocks = 0;
+    size = 0;
+  }
+  nRows = blocks * size;
+  nBlocks = blocks;
+  blockSize = size;
+  if (ResizeNRows(data, nRows) && clear) {
+    for (double& a : data)
+      a = 0.0;
+  }
+}
+
+QXSymMatrix::QXSymMatrix(const QXSymMatrix& other)
+    : IQXSymMatrix(other), nRows(other.nRows), nBlocks(other.nBlocks), blockSize(other.blockSize) {
+  if (!ResizeNCopy(data, other.data)) nRows = -1;
+}
+
+QXSymMatrix& QXSymMatrix::operator=(const QXSymMatrix& other) {
+  if (this == &other) return *this;
+  nRows = other.nRows;
+  nBlocks = other.nBlocks;
+  blockSize = other.blockSize;
+  if (!ResizeNCopy(data, other.data)) nRows = -1;
+  return *this;
+}
+
+QXSymMatrix::~QXSymMatrix() = default;
+
+bool QXSymMatrix::ResizeNRows(std::vector<double>& store, int& n) {
+  if (n > 0) {
+    const std::size_t needed = RowStart(n);
+    if (store.size() > needed) {
+      store.resize(needed);
+    } else if (store.size() < needed) {
+      try {
+        store.resize(needed, 0.0);
+      } catch (...) {
+        n = -1;
+      }
+    }
+  }
+  if (n <= 0) store.clear();
+  return n >= 0;
+}
+
+bool QXSymMatrix::ResizeNCopy(std::vector<double>& store, const std::vector<double>& source) {
+  try {
+    store = source;
+  } catch (...) {
+    store.clear();
+    return false;
+  }
+  return true;
+}
+
+void QXSymMatrix::SetData(const QXSymMatrix& source) {
+  nRows = source.GetNRows();
+  nBlocks = source.GetNBlocks();
+  blockSize = source.GetBlockSize();
+  data = source.AsVectorConst();
+}
+
+bool QXSymMatrix::SetNRows(int n, bool clear) {
+  if (n < 0) {
+    nRows = 0;
+    nBlocks = 0;
+    blockSize = 0;
+  } else {
+    nRows = n;
+    nBlocks = 1;
+    blockSize = n;
+  }
+  const bool ok = ResizeNRows(data, nRows);
+  if (ok && clear) Clear();
+  return ok;
+}
+
+bool QXSymMatrix::Resize(int n) {
+  if (n < 0) n = 0;
+  nRows = n;
+  nBlocks = 1;
+  blockSize = n;
+  return ResizeNRows(data, nRows);
+}
+
+bool QXSymMatrix::SetNBlocks(int blocks) {
+  if (blocks < 1 || nRows < 1 || nRows % blocks != 0) return false;
+  nBlocks = blocks;
+  blockSize = nRows / blocks;
+  return true;
+}
+
+// Removes row and column `row` by moving every later element down over the
+// gap; destinations never pass their sources, so one forward pass suffices.
+bool QXSymMatrix::DeleteOneRow(int row) {
+  if (row < 0 || row >= nRows) return false;
+  std::size_t to = RowStart(row);
+  std::size_t from = RowStart(row + 1);
+  for (int i = row + 1; i < nRows; ++i) {
+    for (int j = 0; j <= i; ++j, ++from) {
+      if (j != row) data[to++] = data[from];
+    }
+  }
+  data.resize(to);
+  --nRows;
+  --blockSize;
+  return true;
+}
+
+bool QXSymMatrix::SetToVV(const std::vector<double>& v) {
+  if (!SetNRows(static_cast<int>(v.size()), false)) return false;
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    for (int j = 0; j <= i; ++j)
+      data[p++] = v[i] * v[j];
+  }
+  return true;
+}
+
+bool QXSymMatrix::SetToVW(const std::vector<double>& v, const std::vector<double>& w) {
+  if (v.size() != w.size()) return false;
+  if (!SetNRows(static_cast<int>(v.size()), false)) return false;
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    for (int j = 0; j <= i; ++j)
+      data[p++] = v[i] * w[j] + w[i] * v[j];
+  }
+  return true;
+}
+
+// ---------------------------------------------------------------------------
+// Element access
+
+int QXSymMatrix::GetType() const {
+  return 0;
+}
+int QXSymMatrix::GetNRows() const {
+  return nRows;
+}
+bool QXSymMatrix::IsValidMatrix() const {
+  return nRows >= 0;
+}
+
+double QXSymMatrix::GetElem(int row, int col) const {
+  if (col > row) std::swap(row, col);
+  return data[RowStart(row) + col];
+}
+
+bool QXSymMatrix::SetElem(int row, int col, double value) {
+  if (col > row) std::swap(row, col);
+  data[RowStart(row) + col] = value;
+  return true;
+}
+
+double QXSymMatrix::GetElem(int blockRow, int blockCol, int i, int j) const {
+  return GetElem(blockRow * blockSize + i, blockCol * blockSize + j);
+}
+
+bool QXSymMatrix::SetElem(int position, double value) {
+  if (position < 0 || static_cast<std::size_t>(position) >= PackedSize(nRows)) return false;
+  data[position] = value;
+  return true;
+}
+
+bool QXSymMatrix::GetRow(int row, std::vector<double>& out) const {
+  if (row < 0 || row >= nRows) return false;
+  out.resize(nRows, 0.0);
+  const std::size_t start = RowStart(row);
+  for (int j = 0; j < row; ++j)
+    out[j] = data[start + j];
+  // Down column `row`: the step from (j, row) to (j + 1, row) is j + 1.
+  std::size_t p = start + row;
+  for (int j = row; j < nRows; ++j) {
+    out[j] = data[p];
+    p += j + 1;
+  }
+  return true;
+}
+
+bool QXSymMatrix::PutRow(int row, const std::vector<double>& in) {
+  if (row < 0 || row >= nRows || static_cast<int>(in.size()) < nRows) return false;
+  const std::size_t start = RowStart(row);
+  for (int j = 0; j < row; ++j)
+    data[start + j] = in[j];
+  std::size_t p = start + row;
+  for (int j = row; j < nRows; ++j) {
+    data[p] = in[j];
+    p += j + 1;
+  }
+  return true;
+}
+
+void QXSymMatrix::GetDiagonal(std::vector<double>& diag) const {
+  const int n = Order(nRows);
+  diag.resize(n, 0.0);
+  std::size_t p = 0;
+  for (int i = 0; i < n; ++i) {
+    diag[i] = data[p];
+    p += i + 2;
+  }
+}
+
+bool QXSymMatrix::GetPCol(int col, int first, int last, std::vector<double>& out,
+                          int stride) const {
+  if (col < 0 || col >= nRows || first < 0 || first >= nRows || last < 0 || last >= nRows) {
+    return false;
+  }
+  const int count = last - first + 1;
+  if (count < 1) return true;
+  const long step = stride;
+  const long start = step < 0 ? (1 - count) * step : 0;
+  const long far = start + (count - 1) * step;
+  const std::size_t needed = static_cast<std::size_t>(std::max(start, far)) + 1;
+  if (out.size() < needed) out.resize(needed, 0.0);
+  long at = start;
+  for (int k = 0; k < count; ++k, at += step)
+    out[at] = GetElem(first + k, col);
+  return true;
+}
+
+bool QXSymMatrix::IncrVecByRow(int row, std::vector<double>& v, int offset, int count, double scale,
+                               bool check) const {
+  if (check) {
+    if (row < 0 || row >= nRows || count <= 0 || count > nRows || offset < 0 ||
+        static_cast<std::size_t>(offset) + count > v.size()) {
+      return false;
+    }
+  }
+  const int m = count < nRows ? count : nRows;
+  const std::size_t start = RowStart(row);
+  for (int k = 0; k < m && k < row; ++k)
+    v[offset + k] += scale * data[start + k];
+  std::size_t p = start + row;
+  for (int k = row; k < m; ++k) {
+    v[offset + k] += scale * data[p];
+    p += k + 1;
+  }
+  return true;
+}
+
+// ---------------------------------------------------------------------------
+// Rank-one updates
+
+void QXSymMatrix::IncrementByVV(const double* x, double w) {
+  double* a = data.data();
+  for (int i = 0; i < nRows; ++i) {
+    const double wx = w * x[i];
+    double* row = a + RowStart(i);
+    for (int j = 0; j <= i; ++j)
+      row[j] += wx * x[j];
+  }
+}
+
+bool QXSymMatrix::UpdateXX(const std::vector<double>& x, double w) {
+  if (!(w > 0.0)) return false;
+  return UpdateXXPosNegW(x, w);
+}
+
+bool QXSymMatrix::UpdateXXPosNegW(const std::vector<double>& x, double w) {
+  if (static_cast<int>(x.size()) != nRows) return false;
+  double* a = data.data();
+  const double* xv = x.data();
+  for (int i = 0; i < nRows; ++i) {
+    if (xv[i] == 0.0) continue;
+    const double wx = w * xv[i];
+    double* row = a + RowStart(i);
+    for (int j = 0; j <= i; ++j)
+      row[j] += wx * xv[j];
+  }
+  return true;
+}
+
+bool QXSymMatrix::UpdateXXNonRedun(const std::vector<double>& x, const QXBitSet& keep, double w) {
+  if (static_cast<int>(x.size()) != nRows) return false;
+  for (int i = 0; i < nRows; ++i) {
+    if (x[i] == 0.0 || !keep.IsIn(i)) continue;
+    const double wx = w * x[i];
+    const std::size_t start = RowStart(i);
+    for (int j = 0; j <= i; ++j) {
+      if (keep.IsIn(j)) data[start + j] += wx * x[j];
+    }
+  }
+  return true;
+}
+
+bool QXSymMatrix::UpdateXXSparse(int count, const std::vector<int>& indices,
+                                 const std::vector<double>& values, double w) {
+  if (count > static_cast<int>(indices.size()) || count > static_cast<int>(values.size()) ||
+      !(w > 0.0)) {
+    return false;
+  }
+  for (int s = 0; s < count; ++s) {
+    const int p = indices[s];
+    if (p < 0 || p >= nRows) return false;
+    const double wv = w * values[s];
+    const std::size_t start = RowStart(p);
+    for (int t = 0; t < count; ++t) {
+      const int q = indices[t];
+      if (q < 0 || q >= nRows) return false;
+      if (p >= q) data[start + q] += wv * values[t];
+    }
+  }
+  return true;
+}
+
+// ---------------------------------------------------------------------------
+// Whole-matrix operations
+
+void QXSymMatrix::Clear() {
+  for (double& a : data)
+    a = 0.0;
+}
+
+void QXSymMatrix::ChangeSign() {
+  for (double& a : data)
+    a = -a;
+}
+
+void QXSymMatrix::MultiplyByNumber(double factor) {
+  for (double& a : data)
+    a *= factor;
+}
+
+void QXSymMatrix::AddToDiagonal(double value) {
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    data[p] += value;
+    p += i + 2;
+  }
+}
+
+bool QXSymMatrix::AddToDiagonalPart(int first, int count, double value) {
+  if (first < 0 || count < 0 || first + count >= nRows) return false;
+  std::size_t p = RowStart(first) + first;
+  for (int i = first; i < first + count; ++i) {
+    data[p] += value;
+    p += i + 2;
+  }
+  return true;
+}
+
+double QXSymMatrix::Trace() const {
+  double sum = 0.0;
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    sum += data[p];
+    p += i + 2;
+  }
+  return sum;
+}
+
+void QXSymMatrix::MaxMinDiag(double& largest, double& smallest) const {
+  if (nRows < 1) return;
+  largest = -1.7976931348623157e+308;
+  smallest = 1.7976931348623157e+308;
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    const double d = data[p];
+    if (d > largest) largest = d;
+    if (d < smallest) smallest = d;
+    p += i + 2;
+  }
+}
+
+void QXSymMatrix::MaxMinDiagOffDiag(double& largestDiag, double& smallestDiag, double& largestOff,
+                                    double& smallestOff) const {
+  if (nRows < 1) return;
+  largestDiag = -1.7976931348623157e+308;
+  smallestDiag = 1.7976931348623157e+308;
+  largestOff = -1.7976931348623157e+308;
+  smallestOff = 1.7976931348623157e+308;
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    for (int j = 0; j < i; ++j, ++p) {
+      const double a = data[p];
+      if (a > largestOff) largestOff = a;
+      if (a < smallestOff) smallestOff = a;
+    }
+    const double d = data[p++];
+    if (d > largestDiag) largestDiag = d;
+    if (d < smallestDiag) smallestDiag = d;
+  }
+}
+
+bool QXSymMatrix::SetRowColToConst(int row, double value) {
+  if (row < 0 || row >= nRows) return false;
+  const std::size_t start = RowStart(row);
+  for (int j = 0; j < row; ++j)
+    data[start + j] = value;
+  std::size_t p = start + row;
+  for (int j = row; j < nRows; ++j) {
+    data[p] = value;
+    p += j + 1;
+  }
+  return true;
+}
+
+bool QXSymMatrix::ZeroOut(int row) {
+  return SetRowColToConst(row, 0.0);
+}
+
+bool QXSymMatrix::SetCovarZeros(QXSymMatrix& other) {
+  if (other.nRows != nRows) return false;
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    if (data[p] <= 0.0 || other.data[p] <= 0.0) {
+      ZeroOut(i);
+      other.ZeroOut(i);
+    }
+    p += i + 2;
+  }
+  return true;
+}
+
+bool QXSymMatrix::ZeroOutRedundant(const QXBitSet& keep) {
+  if (nRows > keep.Size()) return false;
+  for (int i = 0; i < nRows; ++i) {
+    if (!keep.IsIn(i)) ZeroOut(i);
+  }
+  return true;
+}
+
+void QXSymMatrix::ZeroOutAllSmall(double ratio) {
+  if (!(ratio > 0.0)) return;
+  double m = 0.0;
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    const double d = std::fabs(data[p]);
+    if (d > m) m = d;
+    p += i + 2;
+  }
+  const double limit = ratio * m;
+  for (double& a : data) {
+    if (std::fabs(a) < limit) a = 0.0;
+  }
+}
+
+// The maximum is a running one: a small row ahead of a larger one escapes.
+void QXSymMatrix::ZeroOutRowsForSmallDiag(double ratio) {
+  if (!(ratio > 0.0) || nRows < 1) return;
+  double m = 0.0;
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    const double d = std::fabs(data[p]);
+    if (d > m) m = d;
+    if (m == 0.0 || d / m < ratio) ZeroOut(i);
+    p += i + 2;
+  }
+}
+
+void QXSymMatrix::ZeroOutNonDiag(double ratio) {
+  if (!(ratio > 0.0)) return;
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    const double aii = std::fabs(data[RowStart(i) + i]);
+    std::size_t pjj = 0;
+    for (int j = 0; j < i; ++j, ++p) {
+      if (std::fabs(data[p]) <= ratio * std::sqrt(aii * std::fabs(data[pjj]))) data[p] = 0.0;
+      pjj += j + 2;
+    }
+    ++p;
+  }
+}
+
+bool QXSymMatrix::ReplaceDiagZeroes(double ratio) {
+  if (ratio < 0.0 || nRows < 1) return false;
+  double m = 0.0;
+  bool anyPositive = false;
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    const double d = data[p];
+    if (d > 0.0) {
+      if (!anyPositive || d > m) m = d;
+      anyPositive = true;
+    }
+    p += i + 2;
+  }
+  if (!anyPositive) return false;
+  p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    const double d = data[p];
+    if (d <= 0.0 || d / m <= ratio) data[p] = m;
+    p += i + 2;
+  }
+  return true;
+}
+
+bool QXSymMatrix::IsZeroRow(int row, const QXBitSet& columns) const {
+  if (row < 0 || row >= nRows) return false;
+  const int m = nRows < columns.Size() ? nRows : columns.Size();
+  if (m < 1) return false;
+  for (int j = 0; j < m; ++j) {
+    if (columns.IsIn(j) && GetElem(row, j) != 0.0) return false;
+  }
+  return true;
+}
+
+bool QXSymMatrix::ComputeAXpY(double a, const IQXSymMatrix& x) {
+  if (x.GetNRows() != nRows) return false;
+  if (x.GetType() != 0) return false;
+  const QXSymMatrix& dense = static_cast<const QXSymMatrix&>(x);
+  Blas1::Daxpy(static_cast<int>(data.size()), a, const_cast<double*>(dense.data.data()), 1,
+               data.data(), 1);
+  return true;
+}
+
+// ---------------------------------------------------------------------------
+// Extraction and expansion
+
+bool QXSymMatrix::ExtractFirstNRows(IQXSymMatrix& out) const {
+  const int tag = out.GetType();
+  if (tag != 0) return tag != 0;
+  QXSymMatrix& target = static_cast<QXSymMatrix&>(out);
+  if (nRows <= 1) return target.SetNRows(0, true);
+  const int m = nRows - 1;
+  if (!target.SetNRows(m, false)) return false;
+  if (&target != this) {
+    std::copy(data.begin(), data.begin() + RowStart(m), target.data.begin());
+  }
+  return true;
+}
+
+bool QXSymMatrix::ExtractSubmatrix(const std::vector<int>& rows, IQXSymMatrix& out) const {
+  if (out.GetType() != 0) return false;
+  const int m = static_cast<int>(rows.size());
+  if (m > nRows) return false;
+  for (int a = 0; a < m; ++a) {
+    if (rows[a] < 0 || rows[a] >= nRows) return false;
+    if (a > 0 && rows[a] <= rows[a - 1]) return false;
+  }
+  QXSymMatrix& target = static_cast<QXSymMatrix&>(out);
+  if (&target == this) {
+    const QXSymMatrix copy(*this);
+    return copy.ExtractSubmatrix(rows, out);
+  }
+  if (!target.SetNRows(m, false)) return false;
+  std::size_t p = 0;
+  for (int a = 0; a < m; ++a) {
+    const std::size_t start = RowStart(rows[a]);
+    for (int b = 0; b <= a; ++b)
+      target.data[p++] = data[start + rows[b]];
+  }
+  return true;
+}
+
+bool QXSymMatrix::ExtractDiagBlock(int first, int size, QXSymMatrix& out) const {
+  if (first < 0 || first + size > nRows || out.nRows != size) return false;
+  std::size_t p = 0;
+  for (int a = 0; a < size; ++a) {
+    const std::size_t start = RowStart(first + a) + first;
+    for (int b = 0; b <= a; ++b)
+      out.data[p++] += data[start + b];
+  }
+  return true;
+}
+
+bool QXSymMatrix::ExtractBlockAndLastRow(int first, int size, QXSymMatrix& out) const {
+  if (first < 0 || first + size >= nRows || out.nRows != size + 1) return false;
+  std::size_t p = 0;
+  for (int a = 0; a < size; ++a) {
+    const std::size_t start = RowStart(first + a) + first;
+    for (int b = 0; b <= a; ++b)
+      out.data[p++] += data[start + b];
+  }
+  const std::size_t last = RowStart(nRows - 1);
+  for (int b = 0; b < size; ++b)
+    out.data[p++] += data[last + first + b];
+  out.data[p] += data[last + nRows - 1];
+  return true;
+}
+
+bool QXSymMatrix::ExtractPartOfLastRow(int first, int count, std::vector<double>& out) const {
+  if (first < 0 || count < 1 || first + count > nRows) return false;
+  if (static_cast<int>(out.size()) < count) out.resize(count, 0.0);
+  const std::size_t start = RowStart(nRows - 1) + first;
+  for (int k = 0; k < count; ++k)
+    out[k] = data[start + k];
+  return true;
+}
+
+bool QXSymMatrix::Expand(const QXBitSet& rows, QXSymMatrix& out) const {
+  if (&out == this) {
+    const QXSymMatrix copy(*this);
+    return copy.Expand(rows, out);
+  }
+  if (!out.SetNRows(rows.Size(), true)) return false;
+  std::vector<int> target;
+  for (int i = 0; i < rows.Size() && static_cast<int>(target.size()) < nRows; ++i) {
+    if (rows.IsIn(i)) target.push_back(i);
+  }
+  std::size_t p = 0;
+  for (std::size_t a = 0; a < target.size(); ++a) {
+    const std::size_t start = RowStart(target[a]);
+    for (std::size_t b = 0; b <= a; ++b)
+      out.data[start + target[b]] = data[p++];
+  }
+  return true;
+}
+
+bool QXSymMatrix::ReplaceFirstRows(const QXSymMatrix& source, int m) {
+  if (m < 1 || m > nRows || m > source.nRows) return false;
+  std::copy(source.data.begin(), source.data.begin() + RowStart(m), data.begin());
+  return true;
+}
+
+// ---------------------------------------------------------------------------
+// Display
+
+void QXSymMatrix::Display() const {
+  using namespace QXDisplay_850;
+  DisplayText(1, "QXSymMatrix display start");
+  DisplayI("The number of rows", nRows);
+  DisplayI("The number of blocks", nBlocks);
+  DisplayI("The block size", blockSize);
+  DisplayDVTR("Lower triangular", data, nRows);
+  DisplayText(1, "QXSymMatrix display end");
+}
+
+void QXSymMatrix::DisplayF() const {
+  using namespace QXDisplay_850;
+  DisplayText(1, "QXSymMatrix full matrix display start");
+  DisplayI("Number of rows", nRows);
+  std::vector<double> row;
+  for (int i = 0; i < nRows; ++i) {
+    char number[16];
+    std::snprintf(number, sizeof number, "%d", i);
+    GetRow(i, row);
+    DisplayText(1, std::string("row ") + number + ": ");
+    DisplayDAS(row.data(), nRows);
+  }
+  DisplayText(1, "QXSymMatrix display end");
+}
+
+void QXSymMatrix::DisplayS() const {
+  QXDisplay_850::DisplayDVTRS(data, nRows);
+}
+
+}  // namespace QXMath_850

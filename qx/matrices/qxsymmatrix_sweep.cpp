@@ -1,0 +1,863 @@
+// The in-place factorizations of QXSymMatrix: the sweep operator, the
+// rank-tolerant row-wise Cholesky factorization, and what is built on them.
+
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+#include "qx/foundation/qxmissingvalue.h"
+#include "qx/matrices/blas1_d.h"
+#include "qx/matrices/qxmathfun.h"
+#include "qx/matrices/qxsymmatrix.h"
+
+namespace QXMath_850 {
+
+namespace {
+
+using QXCommon_850::QXMV;
+
+inline std::size_t RowStart(int i) {
+  return static_cast<std::size_t>(i) * (static_cast<std::size_t>(i) + 1) / 2;
+}
+
+// Puts a determinant held as det[0] * 10^det[1] back into 1 <= |det[0]| < 10.
+// An infinite mantissa is left as it is rather than divided forever.
+void Renormalize(double* det) {
+  if (det[0] == 0.0) return;
+  while (std::fabs(det[0]) < 1.0) {
+    det[0] = 10.0 * det[0];
+    det[1] = det[1] - 1.0;
+  }
+  while (std::fabs(det[0]) >= 10.0 && std::isfinite(det[0])) {
+    det[0] = det[0] / 10.0;
+    det[1] = det[1] + 1.0;
+  }
+}
+
+// Adds c_t times the pivot values x[0..len-1] to four rows at once, so that
+// each pivot value is loaded once for the four.
+inline void AddScaledTo4(int len, const double* __restrict__ x, double* __restrict__ r0,
+                         double* __restrict__ r1, double* __restrict__ r2, double* __restrict__ r3,
+                         double c0, double c1, double c2, double c3) {
+  for (int j = 0; j < len; ++j) {
+    const double v = x[j];
+    r0[j] += c0 * v;
+    r1[j] += c1 * v;
+    r2[j] += c2 * v;
+    r3[j] += c3 * v;
+  }
+}
+
+inline void AddScaledTo1(int len, const double* __restrict__ x, double* __restrict__ r, double c) {
+  for (int j = 0; j < len; ++j) {
+    r[j] += c * x[j];
+  }
+}
+
+// Cholesky-Banachiewicz factorization, row by row, in the packed store a of
+// order n, tolerant of rank deficiency: a pivot at or below tol * diag[i] is
+// set to 0.0 and its row counts as redundant, and a zero pivot turns the
+// elements of later rows in its column into 0.0. accept(i) is called for each
+// accepted pivot; with limit > 0 the loop stops once limit pivots are in.
+// Returns the number of redundant rows met.
+template <typename Accept>
+int RowCholesky(double* a, int n, const double* diag, double tol, int limit, Accept accept) {
+  int redundant = 0;
+  int accepted = 0;
+  std::size_t ri = 0;
+  for (int i = 0; i < n; ++i) {
+    std::size_t rj = 0;
+    for (int j = 0; j < i; ++j) {
+      const double r = a[ri + j] - Blas1::DDot(j, a + ri, 1, a + rj, 1);
+      const double ajj = a[rj + j];
+      a[ri + j] = ajj != 0.0 ? r / ajj : 0.0;
+      rj += j + 1;
+    }
+    const double r = a[ri + i] - Blas1::DDot(i, a + ri, 1, a + ri, 1);
+    if (r > tol * diag[i]) {
+      a[ri + i] = std::sqrt(r);
+      accept(i);
+      ++accepted;
+      if (limit > 0 && accepted >= limit) break;
+    } else {
+      a[ri + i] = 0.0;
+      ++redundant;
+    }
+    ri += i + 1;
+  }
+  return redundant;
+}
+
+double SmallestDiagonal(const std::vector<double>& a, int n) {
+  double smallest = a[0];
+  std::size_t p = 0;
+  for (int i = 0; i < n; ++i) {
+    if (a[p] < smallest) smallest = a[p];
+    p += i + 2;
+  }
+  return smallest;
+}
+
+// Sum over j > row of element (j, row) * x[j], walking down the column.
+double ColumnBelowDiagonalDot(const std::vector<double>& a, int n, int row,
+                              const std::vector<double>& x) {
+  double sum = 0.0;
+  std::size_t p = RowStart(row + 1) + row;
+  for (int j = row + 1; j < n; ++j) {
+    sum += a[p] * x[j];
+    p += j + 1;
+  }
+  return sum;
+}
+
+// Sum over j < row of element (row, j) * x[j].
+double RowBeforeDiagonalDot(const std::vector<double>& a, int row, const std::vector<double>& x) {
+  double sum = 0.0;
+  const std::size_t start = RowStart(row);
+  for (int j = 0; j < row; ++j)
+    sum += a[start + j] * x[j];
+  return sum;
+}
+
+// Solves L L^T x = b with the factor in a: forward with DDot, then backward
+// down the columns. A zero diagonal gives a zero component in both passes.
+void SubstituteBoth(const std::vector<double>& a, int n, const std::vector<double>& b,
+                    std::vector<double>& x) {
+  // The kernel takes non-const pointers but only reads the factor here.
+  double* l = const_cast<double*>(a.data());
+  std::size_t ri = 0;
+  for (int i = 0; i < n; ++i) {
+    const double aii = a[ri + i];
+    x[i] = aii == 0.0 ? 0.0 : (b[i] - Blas1::DDot(i, l + ri, 1, x.data(), 1)) / aii;
+    ri += i + 1;
+  }
+  for (int i = n - 1; i >= 0; --i) {
+    const double aii = a[RowStart(i) + i];
+    x[i] = aii == 0.0 ? 0.0 : (x[i] - ColumnBelowDiagonalDot(a, n, i, x)) / aii;
+  }
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// The sweep operator
+
+// Goodnight's (1979) sweep of row k, with a tolerance test against the
+// reference diagonal; four rows share each load of the pivot column.
+bool QXSymMatrix::Sweep(int k, double tol, const double* diag, QXBitSet& swept, bool check) {
+  const int n = nRows;
+  if (check) {
+    if (k < 0 || k >= n) return false;
+    if (tol <= 0.0) return false;
+    if (swept.Size() < n) return false;
+    for (int i = 0; i < n; ++i) {
+      if (diag[i] < 0.0) return false;
+    }
+  }
+  double* a = data.data();
+  const std::size_t rk = RowStart(k);
+  const bool wasSwept = swept.IsIn(k);
+  const double p = a[rk + k];
+
+  if (!wasSwept) {
+    if (tol * diag[k] >= p) return false;
+    // A row already in holds minus an element of the inverse on its diagonal;
+    // the new pivot may not push it beyond the tolerance.
+    const int limit = n < swept.Size() ? n : swept.Size();
+    std::size_t ri = 0;
+    for (int i = 0; i < limit; ri += i + 1, ++i) {
+      if (!swept.IsIn(i)) continue;
+      const double aik = i < k ? a[rk + i] : a[ri + k];
+      const double q = a[ri + i] - (aik / p) * aik;
+      if (!((q * tol * diag[i]) > -1.0)) return false;
+    }
+  }
+
+  const double d = -1.0 / p;
+  a[rk + k] = d;
+  const double s = std::fabs(d);
+  const bool negate = d < 0.0;
+  const double* pivotRow = a + rk;  // element (k, j) for j < k
+
+  // Rows before k: their pivot elements lie side by side in row k.
+  int i = 0;
+  for (; i + 3 < k - 3; i += 4) {
+    double* r0 = a + RowStart(i);
+    double* r1 = r0 + i + 1;
+    double* r2 = r1 + i + 2;
+    double* r3 = r2 + i + 3;
+    double* pk = a + rk + i;
+    const double b0 = pk[0], b1 = pk[1], b2 = pk[2], b3 = pk[3];
+    pk[0] = s * b0;
+    pk[1] = s * b1;
+    pk[2] = s * b2;
+    pk[3] = s * b3;
+    const double c0 = negate ? -b0 : b0;
+    const double c1 = negate ? -b1 : b1;
+    const double c2 = negate ? -b2 : b2;
+    const double c3 = negate ? -b3 : b3;
+    AddScaledTo4(i + 1, pivotRow, r0, r1, r2, r3, c0, c1, c2, c3);
+    r1[i + 1] += c1 * pk[1];
+    r2[i + 1] += c2 * pk[1];
+    r2[i + 2] += c2 * pk[2];
+    r3[i + 1] += c3 * pk[1];
+    r3[i + 2] += c3 * pk[2];
+    r3[i + 3] += c3 * pk[3];
+  }
+  for (; i < k; ++i) {
+    double* r = a + RowStart(i);
+    const double b = a[rk + i];
+    a[rk + i] = s * b;
+    const double c = negate ? -b : b;
+    AddScaledTo1(i + 1, pivotRow, r, c);
+  }
+
+  // Rows after k: columns before k take row k, columns after it walk down
+  // column k, whose elements are all scaled before they are used.
+  const std::size_t belowPivot = RowStart(k + 1) + k;  // element (k + 1, k)
+  i = k + 1;
+  for (; i < n - 3; i += 4) {
+    double* r0 = a + RowStart(i);
+    double* r1 = r0 + i + 1;
+    double* r2 = r1 + i + 2;
+    double* r3 = r2 + i + 3;
+    const double b0 = r0[k], b1 = r1[k], b2 = r2[k], b3 = r3[k];
+    r0[k] = s * b0;
+    r1[k] = s * b1;
+    r2[k] = s * b2;
+    r3[k] = s * b3;
+    const double c0 = negate ? -b0 : b0;
+    const double c1 = negate ? -b1 : b1;
+    const double c2 = negate ? -b2 : b2;
+    const double c3 = negate ? -b3 : b3;
+    AddScaledTo4(k, pivotRow, r0, r1, r2, r3, c0, c1, c2, c3);
+    std::size_t pj = belowPivot;
+    for (int j = k + 1; j <= i; ++j) {
+      const double v = a[pj];
+      r0[j] += c0 * v;
+      r1[j] += c1 * v;
+      r2[j] += c2 * v;
+      r3[j] += c3 * v;
+      pj += j + 1;
+    }
+    r1[i + 1] += c1 * r1[k];
+    r2[i + 1] += c2 * r1[k];
+    r2[i + 2] += c2 * r2[k];
+    r3[i + 1] += c3 * r1[k];
+    r3[i + 2] += c3 * r2[k];
+    r3[i + 3] += c3 * r3[k];
+  }
+  for (; i < n; ++i) {
+    double* r = a + RowStart(i);
+    const double b = r[k];
+    r[k] = s * b;
+    const double c = negate ? -b : b;
+    AddScaledTo1(k, pivotRow, r, c);
+    std::size_t pj = belowPivot;
+    for (int j = k + 1; j <= i; ++j) {
+      r[j] += c * a[pj];
+      pj += j + 1;
+    }
+  }
+
+  swept.Set(k, !wasSwept);
+  return true;
+}
+
+bool QXSymMatrix::Sweep(int k, double tol, const std::vector<double>& diag, QXBitSet& swept,
+                        bool check) {
+  if (check && static_cast<long>(diag.size()) < nRows) return false;
+  return Sweep(k, tol, diag.data(), swept, check);
+}
+
+// The sweep one row and one element at a time, as the steps read.
+bool QXSymMatrix::SweepOrig(int k, double tol, const std::vector<double>& diag, QXBitSet& swept,
+                            bool check) {
+  const int n = nRows;
+  if (check) {
+    if (k < 0 || k >= n) return false;
+    if (!(tol > 0.0)) return false;
+    if (swept.Size() < n) return false;
+    if (static_cast<long>(diag.size()) != n) return false;
+    for (int i = 0; i < n; ++i) {
+      if (diag[i] < 0.0) return false;
+    }
+  }
+  auto at = [this](int row, int col) -> double& {
+    return row >= col ? data[RowStart(row) + col] : data[RowStart(col) + row];
+  };
+  const bool wasSwept = swept.IsIn(k);
+  const double p = at(k, k);
+  if (!wasSwept) {
+    if (tol * diag[k] >= p) return false;
+    for (int i = 0; i < n; ++i) {
+      if (!swept.IsIn(i)) continue;
+      const double aik = at(i, k);
+      const double q = at(i, i) - (aik / p) * aik;
+      if (!((q * tol * diag[i]) > -1.0)) return false;
+    }
+  }
+  const double d = -1.0 / p;
+  at(k, k) = d;
+  const double s = std::fabs(d);
+  for (int i = 0; i < n; ++i) {
+    if (i == k) continue;
+    const double b = at(i, k);
+    at(i, k) = s * b;
+    const double c = d < 0.0 ? -b : b;
+    for (int j = 0; j <= i; ++j) {
+      if (j != k) at(i, j) += c * at(j, k);
+    }
+  }
+  swept.Set(k, !wasSwept);
+  return true;
+}
+
+bool QXSymMatrix::SweepOnSelected(const std::vector<int>& rows, double tol, QXBitSet& swept,
+                                  bool check, double* diag) {
+  std::vector<double> local;
+  if (diag == nullptr) {
+    GetDiagonal(local);
+    diag = local.data();
+  }
+  if (swept.Size() == 0) swept.Resize(nRows, false);
+  if (check) {
+    for (int i = 0; i < nRows; ++i) {
+      if (diag[i] < 0.0) return false;
+    }
+    if (swept.Size() < nRows) return false;
+    for (int row : rows) {
+      if (row < 0 || row >= nRows) return false;
+    }
+    for (int i = 0; i < nRows; ++i) {
+      if (diag[i] < 1.0) diag[i] = 1.0;
+    }
+  }
+  for (int row : rows)
+    Sweep(row, tol, diag, swept, false);
+  return true;
+}
+
+bool QXSymMatrix::SweepOnMany(int count, double tol, bool pivotBefore, QXBitSet& swept,
+                              double& logDet, bool check, double* diag) {
+  std::vector<double> local;
+  if (diag == nullptr) {
+    GetDiagonal(local);
+    diag = local.data();
+  }
+  if (swept.Size() == 0) swept.Resize(nRows, false);
+  if (check) {
+    if (count < 1 || count > nRows) return false;
+    if (tol <= 0.0) return false;
+    for (int i = 0; i < nRows; ++i) {
+      if (diag[i] < 0.0) return false;
+    }
+    if (count > swept.Size()) return false;
+    for (int i = 0; i < nRows; ++i) {
+      if (diag[i] < 1.0) diag[i] = 1.0;
+    }
+  }
+  logDet = 0.0;
+  for (int i = 0; i < count; ++i)
+    swept.Set(i, false);
+  for (int i = 0; i < count; ++i) {
+    const std::size_t ii = RowStart(i) + i;
+    double v = 0.0;
+    if (pivotBefore) v = data[ii];
+    const bool ok = Sweep(i, tol, diag, swept, false);
+    if (!pivotBefore) v = -data[ii];
+    if (ok && v > 0.0) logDet += std::log(v);
+  }
+  return true;
+}
+
+bool QXSymMatrix::GetRegCoeffs(std::vector<double>& coeffs, const QXBitSet& swept) const {
+  const int p = nRows - 1;
+  if (p > swept.Size()) return false;
+  if (p > 0) {
+    coeffs.resize(p);
+    const std::size_t start = RowStart(p);
+    for (int j = 0; j < p; ++j)
+      coeffs[j] = swept.IsIn(j) ? data[start + j] : 0.0;
+  } else {
+    coeffs.clear();
+  }
+  return true;
+}
+
+// ---------------------------------------------------------------------------
+// Cholesky factorization and its uses
+
+void QXSymMatrix::GetNCheckDiagonal(std::vector<double>& diag, double /*lower*/,
+                                    double /*replacement*/) const {
+  GetDiagonal(diag);
+  double largest = 0.0;
+  for (double d : diag) {
+    if (d > largest) largest = d;
+  }
+  for (double& d : diag) {
+    if (d < largest) d = largest;
+  }
+}
+
+void QXSymMatrix::GetNCheckDiagonalOld(std::vector<double>& diag, double lower,
+                                       double replacement) const {
+  GetDiagonal(diag);
+  for (double& d : diag) {
+    if (!(d >= lower)) d = replacement;
+  }
+}
+
+int QXSymMatrix::LTChol(const std::vector<double>& diag, double tol, bool check) {
+  if (check && tol < 0.0) return -1;
+  if (nRows < 1) return 0;
+  if (check) {
+    if (static_cast<long>(diag.size()) < nRows) return -1;
+    for (int i = 0; i < nRows; ++i) {
+      if (diag[i] < 0.0) return -1;
+    }
+  }
+  return RowCholesky(data.data(), nRows, diag.data(), tol, 0, [](int) {});
+}
+
+int QXSymMatrix::LTChol(const std::vector<double>& diag, double tol, QXBitSet& nonRedundant,
+                        bool check) {
+  if (check) {
+    if (tol < 0.0) return -1;
+    if (static_cast<long>(diag.size()) < nRows) return -1;
+    for (int i = 0; i < nRows; ++i) {
+      if (diag[i] < 0.0) return -1;
+    }
+  }
+  if (nonRedundant.Size() < nRows) {
+    nonRedundant.Resize(nRows, false);
+  } else {
+    nonRedundant.Clear();
+  }
+  return RowCholesky(data.data(), nRows, diag.data(), tol, 0,
+                     [&nonRedundant](int i) { nonRedundant.Set(i, true); });
+}
+
+int QXSymMatrix::LTChol(double tol, double& minPivot, bool check) {
+  minPivot = QXMV::Missing();
+  std::vector<double> diag;
+  GetNCheckDiagonal(diag, tol, 1.0);
+  const int r = LTChol(diag, tol, check);
+  if (r >= 0 && nRows > 0) minPivot = SmallestDiagonal(data, nRows);
+  return r;
+}
+
+// LINPACK DTRDI for a lower triangular factor in packed storage, with the
+// count of zero diagonals as result; a zero pivot zeroes its row and column,
+// so that L^T L of the result is a generalized inverse.
+int QXSymMatrix::LTDetInverse(double* det, int job) {
+  const int n = nRows;
+  int zeros = 0;
+  std::size_t p = 0;
+  for (int i = 0; i < n; ++i) {
+    if (data[p] == 0.0) ++zeros;
+    p += i + 2;
+  }
+
+  if (job % 10 != 0 && det != nullptr) {
+    if (zeros != 0) {
+      det[0] = 0.0;
+      det[1] = 0.0;
+    } else {
+      det[0] = 1.0;
+      det[1] = 0.0;
+      p = 0;
+      for (int i = 0; i < n; ++i) {
+        det[0] = data[p] * det[0];
+        if (det[0] == 0.0) break;
+        Renormalize(det);
+        p += i + 2;
+      }
+    }
+  }
+
+  if (job / 10 != 0) {
+    // DTRDI walks down columns; here each step's element updates, which are
+    // independent of one another, are made along the rows instead, with the
+    // same operands, so the bits are those of the column walk.
+    double* a = data.data();
+    for (int k = n - 1; k >= 0; --k) {
+      double* rowK = a + RowStart(k);
+      if (rowK[k] == 0.0) {
+        std::size_t p = RowStart(k + 1) + k;
+        for (int r = k + 1; r < n; ++r) {
+          a[p] = 0.0;
+          p += r + 1;
+        }
+        for (int j = 0; j <= k; ++j)
+          rowK[j] = 0.0;
+        continue;
+      }
+      rowK[k] = 1.0 / rowK[k];
+      const double temp = -rowK[k];
+      for (int r = k + 1; r < n; ++r) {
+        double* row = a + RowStart(r);
+        row[k] = temp * row[k];
+        AddScaledTo1(k, rowK, row, row[k]);
+      }
+      // The row itself last: its old values are the multipliers above.
+      for (int j = 0; j < k; ++j)
+        rowK[j] = 0.0 + rowK[j] * rowK[k];
+    }
+  }
+  return zeros;
+}
+
+void QXSymMatrix::LTLTransL() {
+  // Element (j, i) is the sum over r >= j of L_ri * L_rj, added in ascending
+  // r. Row r of L adds its products to the sums of every row above it, then
+  // starts the sums of its own row, whose values of L aren't needed after.
+  double* a = data.data();
+  for (int r = 0; r < nRows; ++r) {
+    double* rowR = a + RowStart(r);
+    for (int i = 0; i < r; ++i)
+      AddScaledTo1(i + 1, rowR, a + RowStart(i), rowR[i]);
+    const double last = rowR[r];
+    for (int j = 0; j <= r; ++j)
+      rowR[j] = 0.0 + rowR[j] * last;
+  }
+}
+
+void QXSymMatrix::LTLLTrans() {
+  std::vector<double> product(data.size());
+  double* a = data.data();
+  std::size_t ri = 0;
+  for (int i = 0; i < nRows; ++i) {
+    std::size_t rj = 0;
+    for (int j = 0; j <= i; ++j) {
+      product[ri + j] = Blas1::DDot(j + 1, a + ri, 1, a + rj, 1);
+      rj += j + 1;
+    }
+    ri += i + 1;
+  }
+  data.swap(product);
+}
+
+bool QXSymMatrix::LTInverse() {
+  double det[2] = {0.0, 0.0};
+  LTDetInverse(det, 10);
+  LTLTransL();
+  return true;
+}
+
+int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol,
+                             IQXSymMatrix& inverse) const {
+  if (inverse.GetType() != 0) return -1;
+  const int n = nRows;
+  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
+  target = *this;
+  const int r = target.LTChol(diag, tol, false);
+  if (r < 0) return r;
+  double det[2] = {0.0, 0.0};
+  target.LTDetInverse(det, 10);
+  target.LTLTransL();
+  return n - r;
+}
+
+int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol, IQXSymMatrix& inverse,
+                             QXBitSet& nonRedundant) const {
+  if (inverse.GetType() != 0) return -1;
+  const int n = nRows;
+  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
+  target = *this;
+  const int r = target.LTChol(diag, tol, nonRedundant, false);
+  if (r < 0) return r;
+  double det[2] = {0.0, 0.0};
+  target.LTDetInverse(det, 10);
+  target.LTLTransL();
+  return n - r;
+}
+
+int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol, IQXSymMatrix& inverse,
+                             double& minPivot) const {
+  minPivot = QXMV::Missing();
+  if (inverse.GetType() != 0) return -1;
+  const int n = nRows;
+  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
+  target = *this;
+  const int r = target.LTChol(diag, tol, false);
+  if (r < 0) return r;
+  if (target.nRows > 0) minPivot = SmallestDiagonal(target.data, target.nRows);
+  double det[2] = {0.0, 0.0};
+  target.LTDetInverse(det, 10);
+  target.LTLTransL();
+  return n - r;
+}
+
+int QXSymMatrix::LTSolve(const std::vector<double>& b, double tol, std::vector<double>& x) {
+  if (tol <= 0.0 || static_cast<long>(b.size()) < nRows) return -1;
+  GetDiagonal(x);
+  const int r = LTChol(x, tol, false);
+  if (r >= 0) SubstituteBoth(data, nRows, b, x);
+  return r;
+}
+
+int QXSymMatrix::LTSubstitute(const std::vector<double>& b, std::vector<double>& x) const {
+  if (static_cast<long>(b.size()) < nRows) return -1;
+  const int n = nRows > 0 ? nRows : 0;
+  x.resize(n);
+  SubstituteBoth(data, n, b, x);
+  return 0;
+}
+
+bool QXSymMatrix::TSolveSubst(const std::vector<double>& b, std::vector<double>& x,
+                              bool transposed) const {
+  if (static_cast<long>(b.size()) != nRows) return false;
+  const int n = nRows;
+  x.resize(n);
+  double sum = 0.0;
+  if (transposed) {
+    for (int i = n - 1; i >= 0; --i) {
+      const double aii = data[RowStart(i) + i];
+      DotProdColBelowDiagBackVec(i, x, sum);
+      x[i] = aii == 0.0 ? 0.0 : (b[i] - sum) / aii;
+    }
+  } else {
+    for (int i = 0; i < n; ++i) {
+      const double aii = data[RowStart(i) + i];
+      DotProdRowBeforeDiagFrontVec(i, x, sum);
+      x[i] = aii == 0.0 ? 0.0 : (b[i] - sum) / aii;
+    }
+  }
+  return true;
+}
+
+bool QXSymMatrix::DotProdColBelowDiagBackVec(int row, const std::vector<double>& x,
+                                             double& sum) const {
+  if (row < 0 || row >= nRows || static_cast<long>(x.size()) < nRows) return false;
+  sum = ColumnBelowDiagonalDot(data, nRows, row, x);
+  return true;
+}
+
+bool QXSymMatrix::DotProdRowBeforeDiagFrontVec(int row, const std::vector<double>& x,
+                                               double& sum) const {
+  if (row < 0 || row >= nRows || static_cast<long>(x.size()) < row) return false;
+  sum = RowBeforeDiagonalDot(data, row, x);
+  return true;
+}
+
+bool QXSymMatrix::ComputeDeterminant(double tol, double* det) const {
+  if (nRows == 0 || det == nullptr) return false;
+  QXSymMatrix factor(*this);
+  double minPivot = 0.0;
+  if (factor.LTChol(tol, minPivot, true) == -1) return false;
+  if (minPivot == 0.0) {
+    det[0] = 0.0;
+    det[1] = 0.0;
+    return true;
+  }
+  factor.LTDetInverse(det, 1);
+  det[0] = det[0] * det[0];
+  det[1] = det[1] * 2.0;
+  Renormalize(det);
+  return true;
+}
+
+int QXSymMatrix::CholIndNonRed(int limit, double tol, std::vector<int>& rows) {
+  rows.clear();
+  if (limit < 1 || limit > nRows) limit = nRows;
+  if (tol < 0.0 || nRows < 1) return 0;
+  std::vector<double> work(data);
+  std::vector<double> diag;
+  GetDiagonal(diag);
+  RowCholesky(work.data(), nRows, diag.data(), tol, limit, [&rows](int i) { rows.push_back(i); });
+  return static_cast<int>(rows.size());
+}
+
+int QXSymMatrix::CheckMDependent(int m, const std::vector<double>& packed, const QXBitSet& keep,
+                                 double tol) {
+  if (m < 0 || RowStart(m) > packed.size() || m > keep.Size()) return -1;
+  if (m < 1) return 0;
+  if (!SetNRows(keep.InRangeS(0, m), false)) return -2;
+  std::size_t to = 0;
+  for (int i = 0; i < m; ++i) {
+    if (!keep.IsIn(i)) continue;
+    const std::size_t start = RowStart(i);
+    for (int j = 0; j <= i; ++j) {
+      if (keep.IsIn(j)) data[to++] = packed[start + j];
+    }
+  }
+  std::vector<double> diag;
+  GetNCheckDiagonal(diag, tol, 1.0);
+  return LTChol(diag, tol, false);
+}
+
+// Rank-one update of a Cholesky factor by Givens rotations (LINPACK DCHUD).
+bool QXSymMatrix::LTCholUpdateR1(const std::vector<double>& x, std::vector<double>& c,
+                                 std::vector<double>& s) {
+  const long n = nRows;
+  if (static_cast<long>(x.size()) != n || static_cast<long>(c.size()) != n ||
+      static_cast<long>(s.size()) != n) {
+    return false;
+  }
+  double* a = data.data();
+  std::size_t ri = 0;
+  for (int i = 0; i < n; ++i) {
+    double t = x[i];
+    for (int j = 0; j < i; ++j) {
+      const double u = a[ri + j];
+      const double next = c[j] * t - u * s[j];
+      a[ri + j] = c[j] * u + s[j] * t;
+      t = next;
+    }
+    Blas1::DRotG(a + ri + i, &t, &c[i], &s[i]);
+    ri += i + 1;
+  }
+  return true;
+}
+
+// Rank-one downdate of a Cholesky factor (LINPACK DCHDD), with an optional
+// rescaling that forces it through when it would lose definiteness.
+bool QXSymMatrix::LTCholDowndate(const std::vector<double>& x, std::vector<double>& c,
+                                 std::vector<double>& s, bool force) {
+  const long n = nRows;
+  if (static_cast<long>(x.size()) != n || static_cast<long>(c.size()) != n ||
+      static_cast<long>(s.size()) != n) {
+    return false;
+  }
+  if (n < 1 || !(data[0] > 0.0)) return false;
+  double* a = data.data();
+
+  double largest = 0.0;
+  std::size_t p = 0;
+  for (int i = 0; i < n; ++i) {
+    if (a[p] > largest) largest = a[p];
+    p += i + 2;
+  }
+  p = 0;
+  for (int i = 0; i < n; ++i) {
+    if (a[p] <= 0.0) a[p] = largest * 0.1;
+    p += i + 2;
+  }
+
+  std::size_t ri = 0;
+  for (int i = 0; i < n; ++i) {
+    s[i] = (x[i] - Blas1::DDot(i, a + ri, 1, s.data(), 1)) / a[ri + i];
+    ri += i + 1;
+  }
+  double rho = QXMathFun::DNrm2(static_cast<int>(n), s, 0, 1);
+  if (rho >= 1.0) {
+    if (!force) return false;
+    const double f = rho / 0.9;
+    MultiplyByNumber(f);
+    const double shrink = 1.0 / f;
+    for (double& v : s)
+      v *= shrink;
+    rho = 0.9;
+  }
+
+  double alpha = std::sqrt(1.0 - rho * rho);
+  for (long i = n - 1; i >= 0; --i) {
+    const double t = std::fabs(s[i]) + alpha;
+    const double ca = alpha / t;
+    const double cb = s[i] / t;
+    const double r = std::sqrt(ca * ca + cb * cb);
+    c[i] = ca / r;
+    s[i] = cb / r;
+    alpha = r * t;
+  }
+
+  ri = 0;
+  for (int j = 0; j < n; ++j) {
+    double u = 0.0;
+    for (int k = j; k >= 0; --k) {
+      const double v = a[ri + k];
+      a[ri + k] = v * c[k] - u * s[k];
+      u = c[k] * u + s[k] * v;
+    }
+    ri += j + 1;
+  }
+  return true;
+}
+
+// Finds the smallest diagonal shift under which the factorization accepts
+// every row: an additive search for an upper bound, then bisection.
+int QXSymMatrix::TransformToPositiveDefinite(double tol, bool& changed, double& shift) {
+  changed = false;
+  shift = 0.0;
+  if (nRows <= 1) return -1;
+  if (!(tol > 0.0)) return -2;
+  // The shift search below would never end on a matrix no shift can repair.
+  for (double v : data) {
+    if (!std::isfinite(v)) return -3;
+  }
+
+  std::vector<double> diag;
+  GetNCheckDiagonal(diag, 1e-06, 1.0);
+  QXSymMatrix work(*this);
+  int r = work.LTChol(diag, tol, false);
+  int trials = 1;
+  if (r == 0) return 1;
+
+  work = *this;
+  double largestDiag = 0.0, smallestDiag = 0.0, largestOff = 0.0, smallestOff = 0.0;
+  work.MaxMinDiagOffDiag(largestDiag, smallestDiag, largestOff, smallestOff);
+  double step = nRows == 2 ? 1.0 : static_cast<double>(nRows - 2);
+  step = std::fmax(step, std::fabs(largestDiag));
+  step = std::fmax(step, std::fabs(smallestDiag));
+  step = std::fmax(step, std::fabs(largestOff));
+  step = std::fmax(step, std::fabs(smallestOff));
+
+  while (r > 0) {
+    shift += step;
+    work.AddToDiagonal(shift);
+    r = work.LTChol(diag, tol, false);
+    ++trials;
+    work = *this;
+  }
+
+  // The gap is relative above 1.0 and absolute below it.
+  double lo = 0.0;
+  double hi = shift;
+  double mid = (lo + hi) * 0.5;
+  double gap = mid > 1.0 ? (hi - lo) / mid : hi - lo;
+  while (tol < gap * 0.5) {
+    work.AddToDiagonal(mid);
+    r = work.LTChol(diag, tol, false);
+    ++trials;
+    work = *this;
+    if (r < 1) {
+      hi = mid;
+    } else {
+      lo = mid;
+    }
+    mid = (lo + hi) * 0.5;
+    gap = mid > 1.0 ? (hi - lo) / mid : hi - lo;
+  }
+
+  shift = hi;
+  AddToDiagonal(shift);
+  double largest = 0.0, smallest = 0.0;
+  MaxMinDiag(largest, smallest);
+  const double extra = 0.01 * largest;
+  AddToDiagonal(extra);
+  shift += extra;
+  MultiplyByNumber(1.0 / (shift + diag[0]));
+  changed = true;
+  return trials;
+}
+
+bool QXSymMatrix::AdjustOffDiagCorr(double margin) {
+  if (margin < 0.0 || margin >= 1.0) return false;
+  if (nRows < 1) return true;
+  const double bound = 1.0 - margin;
+  std::size_t p = 0;
+  for (int i = 0; i < nRows; ++i) {
+    for (int j = 0; j < i; ++j, ++p) {
+      if (data[p] >= 1.0) {
+        data[p] = bound;
+      } else if (data[p] <= -1.0) {
+        data[p] = -bound;
+      }
+    }
+    ++p;
+  }
+  return true;
+}
+
+}  // namespace QXMath_850
