@@ -38,7 +38,8 @@ class PollBudget : public QXCommon_850::QXQueryCancel {
 
 double LogLikelihood(const std::vector<double>& x, double theta) {
   double sum = 0.0;
-  for (double xi : x) sum -= std::log1p((xi - theta) * (xi - theta));
+  for (double xi : x)
+    sum -= std::log1p((xi - theta) * (xi - theta));
   return sum;
 }
 

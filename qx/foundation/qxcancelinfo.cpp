@@ -4,7 +4,9 @@ namespace QXMath_850 {
 
 QXCancelInfo::QXCancelInfo(QXCommon_850::QXQueryCancel* query) : pQuery(query), cancelled(false) {}
 
-void QXCancelInfo::SetCancel() { cancelled = true; }
+void QXCancelInfo::SetCancel() {
+  cancelled = true;
+}
 
 bool QXCancelInfo::IsCancel() {
   if (!cancelled && pQuery != nullptr) cancelled = pQuery->IsCancel();
@@ -17,8 +19,12 @@ bool QXCancelInfo::WillCancel() const {
   return pQuery->WillCancel();
 }
 
-QXCommon_850::QXQueryCancel* QXCancelInfo::GetCancelPtr() const { return pQuery; }
+QXCommon_850::QXQueryCancel* QXCancelInfo::GetCancelPtr() const {
+  return pQuery;
+}
 
-void QXCancelInfo::SetCancelPtr(QXCommon_850::QXQueryCancel* query) { pQuery = query; }
+void QXCancelInfo::SetCancelPtr(QXCommon_850::QXQueryCancel* query) {
+  pQuery = query;
+}
 
 }  // namespace QXMath_850

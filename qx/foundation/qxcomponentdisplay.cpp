@@ -32,13 +32,19 @@ std::string Fmt(const char* format, ...) {
   return text;
 }
 
-bool IsSentinel(double x) { return QXCommon_850::QXMV::IsMissing(x); }
+bool IsSentinel(double x) {
+  return QXCommon_850::QXMV::IsMissing(x);
+}
 
 // " %g", or " miss" for the sentinel.
-std::string DoubleItem(double x) { return IsSentinel(x) ? std::string(" miss") : Fmt(" %g", x); }
+std::string DoubleItem(double x) {
+  return IsSentinel(x) ? std::string(" miss") : Fmt(" %g", x);
+}
 
 // The bare %g of a double inside a pair, "miss" for the sentinel.
-std::string PairDouble(double x) { return IsSentinel(x) ? std::string("miss") : Fmt("%g", x); }
+std::string PairDouble(double x) {
+  return IsSentinel(x) ? std::string("miss") : Fmt("%g", x);
+}
 
 // The element lines of the list form: each line starts from a single blank and
 // takes ten items; a full line is written at once, a short last one at Finish.
@@ -70,7 +76,8 @@ template <typename Container, typename ItemFormat>
 void DisplayList(const std::string& label, const Container& values, ItemFormat format) {
   ListHeader(label, values.size());
   ListLines lines;
-  for (const auto& value : values) lines.Add(format(value));
+  for (const auto& value : values)
+    lines.Add(format(value));
   lines.Finish();
 }
 
@@ -82,7 +89,8 @@ void DisplayDoubles(const double* v, int count, bool oneLine) {
     return;
   }
   ListLines lines;
-  for (int i = 0; i < count; ++i) lines.Add(DoubleItem(v[i]));
+  for (int i = 0; i < count; ++i)
+    lines.Add(DoubleItem(v[i]));
   lines.Finish();
 }
 
@@ -105,7 +113,8 @@ template <typename Map, typename ItemFormat>
 void DisplayPairMap(const std::string& label, const Map& m, ItemFormat format) {
   if (!OpenMap(SizedMapHeader(label, m.size()), m.empty())) return;
   ListLines lines;
-  for (const auto& entry : m) lines.Add(format(entry.first, entry.second));
+  for (const auto& entry : m)
+    lines.Add(format(entry.first, entry.second));
   lines.Finish();
 }
 
@@ -113,39 +122,54 @@ void DisplayPairMap(const std::string& label, const Map& m, ItemFormat format) {
 template <typename Map, typename ShowPair>
 void DisplayVectorKeyMap(const std::string& label, const Map& m, ShowPair show) {
   if (!OpenMap(MapHeader(label, m.size()), m.empty())) return;
-  for (const auto& entry : m) show(entry.first, entry.second);
+  for (const auto& entry : m)
+    show(entry.first, entry.second);
 }
 
-std::string IntItem(int x) { return Fmt(" %d", x); }
+std::string IntItem(int x) {
+  return Fmt(" %d", x);
+}
 
 }  // namespace
 
-void SetOutStream(std::ostream& out) { pGlobalQXOutStream = &out; }
+void SetOutStream(std::ostream& out) {
+  pGlobalQXOutStream = &out;
+}
 
-std::ostream& GetOutStream() { return *pGlobalQXOutStream; }
+std::ostream& GetOutStream() {
+  return *pGlobalQXOutStream;
+}
 
 void DisplayText(const long& breaks, const char* text) {
   if (text == nullptr) return;
   std::ostream& out = *pGlobalQXOutStream;
-  for (long i = 0; i < breaks; ++i) out << std::endl;
+  for (long i = 0; i < breaks; ++i)
+    out << std::endl;
   out << text << std::flush;
 }
 
 void DisplayText(const long& breaks, const std::string& text) {
   std::ostream& out = *pGlobalQXOutStream;
-  for (long i = 0; i < breaks; ++i) out << std::endl;
+  for (long i = 0; i < breaks; ++i)
+    out << std::endl;
   out << text << std::flush;
 }
 
-void DisplayS(std::string label, std::string text) { DisplayText(1, label + " = " + text); }
+void DisplayS(std::string label, std::string text) {
+  DisplayText(1, label + " = " + text);
+}
 
 void DisplayB(std::string label, bool value) {
   DisplayText(1, label + " = " + (value ? "true" : "false"));
 }
 
-void DisplayI(std::string label, int value) { DisplayText(1, label + Fmt(" = %d", value)); }
+void DisplayI(std::string label, int value) {
+  DisplayText(1, label + Fmt(" = %d", value));
+}
 
-void DisplayL(std::string label, long value) { DisplayText(1, label + Fmt(" = %ld", value)); }
+void DisplayL(std::string label, long value) {
+  DisplayText(1, label + Fmt(" = %ld", value));
+}
 
 void DisplayD(std::string label, double value) {
   DisplayText(1, label + (IsSentinel(value) ? std::string(" = miss") : Fmt(" = %g", value)));
@@ -164,7 +188,9 @@ void DisplayTimeStamp(std::string label) {
                          local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec));
 }
 
-void DisplayIV(std::string label, const std::vector<int>& v) { DisplayList(label, v, IntItem); }
+void DisplayIV(std::string label, const std::vector<int>& v) {
+  DisplayList(label, v, IntItem);
+}
 
 void DisplayUV(std::string label, const std::vector<unsigned int>& v) {
   DisplayList(label, v, [](unsigned int x) { return Fmt(" %u", x); });
@@ -229,7 +255,8 @@ void DisplayDVTR(std::string label, const std::vector<double>& packed, int nRows
   for (int row = 0; row < nRows && start < size; ++row) {
     const size_t length = std::min(static_cast<size_t>(row) + 1, size - start);
     std::string line = "row " + Fmt("%d", row) + ": ";
-    for (size_t k = 0; k < length; ++k) line += DoubleItem(packed[start + k]);
+    for (size_t k = 0; k < length; ++k)
+      line += DoubleItem(packed[start + k]);
     DisplayText(1, line);
     start += length;
   }
@@ -266,11 +293,13 @@ void DisplayBVV(std::string label, const std::vector<std::vector<bool>>& v,
                      ", number of columns = " + Fmt("%d", nColumns) + " )");
   if (v.empty()) return;
   std::string header = " " + colLabel + ":";
-  for (int j = 0; j < nColumns; ++j) header += Fmt(" %d", j);
+  for (int j = 0; j < nColumns; ++j)
+    header += Fmt(" %d", j);
   DisplayText(1, header);
   for (size_t i = 0; i < v.size(); ++i) {
     std::string line = " " + rowLabel + Fmt(" %d:", static_cast<int>(i));
-    for (bool flag : v[i]) line += flag ? " t" : " f";
+    for (bool flag : v[i])
+      line += flag ? " t" : " f";
     DisplayText(1, line);
   }
 }
@@ -288,7 +317,8 @@ void DisplayDDM(std::string label, const std::map<double, double>& m) {
 void DisplayVIM(std::string label, const std::map<int, std::vector<int>>& m) {
   DisplayVectorKeyMap(label, m, [](int key, const std::vector<int>& value) {
     std::string line = Fmt(" %d:", key);
-    for (int x : value) line += IntItem(x);
+    for (int x : value)
+      line += IntItem(x);
     DisplayText(1, line);
   });
 }

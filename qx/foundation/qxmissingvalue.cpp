@@ -16,8 +16,12 @@ double SentinelFromBits() {
 
 double QXMV::gMissingValue = SentinelFromBits();
 
-double QXMV::Missing() { return gMissingValue; }
+double QXMV::Missing() {
+  return gMissingValue;
+}
 
-bool QXMV::IsMissing(double x) { return x == gMissingValue; }
+bool QXMV::IsMissing(double x) {
+  return x == gMissingValue;
+}
 
 }  // namespace QXCommon_850

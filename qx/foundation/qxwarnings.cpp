@@ -48,10 +48,18 @@ void QXWarnings::QXParameterValue::SetValue(std::string value) {
   stringValue = std::move(value);
 }
 
-int QXWarnings::QXParameterValue::GetType() const { return type; }
-int QXWarnings::QXParameterValue::ToInteger() const { return intValue; }
-double QXWarnings::QXParameterValue::ToDouble() const { return doubleValue; }
-std::string QXWarnings::QXParameterValue::ToString() const { return stringValue; }
+int QXWarnings::QXParameterValue::GetType() const {
+  return type;
+}
+int QXWarnings::QXParameterValue::ToInteger() const {
+  return intValue;
+}
+double QXWarnings::QXParameterValue::ToDouble() const {
+  return doubleValue;
+}
+std::string QXWarnings::QXParameterValue::ToString() const {
+  return stringValue;
+}
 
 QXWarnings::QXWarnings() = default;
 QXWarnings::~QXWarnings() = default;
@@ -69,12 +77,15 @@ void QXWarnings::AddWarning(const QXStatus& status, Destination destination) {
 }
 
 void QXWarnings::AddWarnings(const std::vector<QXStatus>& statuses) {
-  for (const QXStatus& status : statuses) AddWarning(status, First);
+  for (const QXStatus& status : statuses)
+    AddWarning(status, First);
 }
 
 void QXWarnings::AddWarnings(QXWarnings other) {
-  for (const QXStatus& status : other.firstList) AppendOnce(firstList, status);
-  for (const QXStatus& status : other.secondList) AppendOnce(secondList, status);
+  for (const QXStatus& status : other.firstList)
+    AppendOnce(firstList, status);
+  for (const QXStatus& status : other.secondList)
+    AppendOnce(secondList, status);
   // A code this collection knows keeps its own list; the other's is dropped.
   for (const auto& entry : other.parameterIndex) {
     if (parameterIndex.count(entry.first) != 0) continue;
@@ -87,7 +98,9 @@ const std::vector<QXStatus>& QXWarnings::GetWarnings(bool first) const {
   return first ? firstList : secondList;
 }
 
-void QXWarnings::ClearWarnings() { firstList.clear(); }
+void QXWarnings::ClearWarnings() {
+  firstList.clear();
+}
 
 void QXWarnings::AddParameterValue(long code, const QXParameterValue& value) {
   const auto found = parameterIndex.find(code);
@@ -125,8 +138,7 @@ bool QXWarnings::HasParameter(const QXStatus& status) const {
   return found != parameterIndex.end() && !parameterLists[found->second].empty();
 }
 
-const std::vector<QXWarnings::QXParameterValue>& QXWarnings::GetParameters(
-    const QXStatus& status) {
+const std::vector<QXWarnings::QXParameterValue>& QXWarnings::GetParameters(const QXStatus& status) {
   const auto found = parameterIndex.find(status.GetErrorCode());
   if (found == parameterIndex.end()) {
     parameterResult.clear();
