@@ -19,6 +19,8 @@
 #include "qx/matrices/blas1_d.h"
 #include "qx/matrices/qxbitset.h"
 #include "qx/matrices/qxmathfun.h"
+#include "qx/matrices/qxrectmatrix.h"
+#include "qx/matrices/qxsparsevector.h"
 #include "qx/matrices/qxsymmatrix.h"
 
 #endif  // QX_QXCOMMON_H
