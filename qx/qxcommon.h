@@ -23,4 +23,9 @@
 #include "qx/matrices/qxsparsevector.h"
 #include "qx/matrices/qxsymmatrix.h"
 
+// Accumulators and summaries
+#include "qx/accumulators/qxmeansxproddata.h"
+#include "qx/accumulators/qxmeansxproducts.h"
+#include "qx/accumulators/qxprovmeans.h"
+
 #endif  // QX_QXCOMMON_H
