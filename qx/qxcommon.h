@@ -19,6 +19,13 @@
 #include "qx/matrices/blas1_d.h"
 #include "qx/matrices/qxbitset.h"
 #include "qx/matrices/qxmathfun.h"
+#include "qx/matrices/qxrectmatrix.h"
+#include "qx/matrices/qxsparsevector.h"
 #include "qx/matrices/qxsymmatrix.h"
+
+// Accumulators and summaries
+#include "qx/accumulators/qxmeansxproddata.h"
+#include "qx/accumulators/qxmeansxproducts.h"
+#include "qx/accumulators/qxprovmeans.h"
 
 #endif  // QX_QXCOMMON_H

@@ -9,6 +9,7 @@
 
 #include "qx/foundation/qxcomponentdisplay.h"
 #include "qx/matrices/blas1_d.h"
+#include "qx/matrices/qxrectmatrix.h"
 
 namespace QXMath_850 {
 
@@ -267,6 +268,15 @@ bool QXSymMatrix::GetPCol(int col, int first, int last, std::vector<double>& out
   long at = start;
   for (int k = 0; k < count; ++k, at += step)
     out[at] = GetElem(first + k, col);
+  return true;
+}
+
+bool QXSymMatrix::CopyRowToRColumn(int row, QXRectMatrix& r, int col, int count) const {
+  if (row < 0 || row >= nRows || col < 0 || col >= r.GetNCols()) return false;
+  if (count < 0 || count > r.GetNRows()) count = r.GetNRows();
+  if (count > nRows) count = nRows;
+  for (int k = 0; k < count; ++k)
+    r.SetElem(k, col, GetElem(row, k));
   return true;
 }
 
@@ -627,6 +637,37 @@ bool QXSymMatrix::ExtractPartOfLastRow(int first, int count, std::vector<double>
   const std::size_t start = RowStart(nRows - 1) + first;
   for (int k = 0; k < count; ++k)
     out[k] = data[start + k];
+  return true;
+}
+
+bool QXSymMatrix::ExtractBlockInLowTriangular(int row, int col, int nr, int nc,
+                                              QXRectMatrix& out) const {
+  if (row < 0 || col < 0 || nr < 0 || nc < 0 || row + nr > nRows || col + nc > row + 1 ||
+      out.GetNRows() != nr || out.GetNCols() != nc) {
+    return false;
+  }
+  for (int a = 0; a < nr; ++a) {
+    const std::size_t start = RowStart(row + a) + col;
+    for (int b = 0; b < nc; ++b)
+      out.SetElem(a, b, out.GetElem(a, b) + data[start + b]);
+  }
+  return true;
+}
+
+bool QXSymMatrix::ExpandSym(const QXRectMatrix& r, QXSymMatrix& out) const {
+  if (nRows < 1 || r.GetNCols() != nRows) return false;
+  if (&out == this) {
+    const QXSymMatrix copy(*this);
+    return copy.ExpandSym(r, out);
+  }
+  const int m = r.GetNRows();
+  if (!out.SetNRows(nRows + m, true)) return false;
+  std::copy(data.begin(), data.end(), out.data.begin());
+  for (int a = 0; a < m; ++a) {
+    const std::size_t start = RowStart(nRows + a);
+    for (int j = 0; j < nRows; ++j)
+      out.data[start + j] = r.GetElem(a, j);
+  }
   return true;
 }
 

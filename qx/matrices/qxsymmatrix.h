@@ -8,6 +8,8 @@
 
 namespace QXMath_850 {
 
+class QXRectMatrix;
+
 // The one interface behind which statistical code keeps a symmetric matrix.
 // Operations that take a second matrix ask it for its type tag first (0 dense,
 // 1 diagonal, 2 block-diagonal) and take the path for its structure or refuse.
@@ -142,6 +144,9 @@ class QXCOMMON_API QXSymMatrix : public IQXSymMatrix {
   double GetElem(int blockRow, int blockCol, int i, int j) const;
   bool SetElem(int position, double value);
   bool GetPCol(int col, int first, int last, std::vector<double>& out, int stride) const;
+  // Elements 0..count-1 of row `row` into column col of r; a negative count
+  // means r's row count, and count is held to the order and to r's rows.
+  bool CopyRowToRColumn(int row, QXRectMatrix& r, int col, int count) const;
   std::vector<double>& AsVector() { return data; }
   const std::vector<double>& AsVectorConst() const { return data; }
 
@@ -165,7 +170,12 @@ class QXCOMMON_API QXSymMatrix : public IQXSymMatrix {
   bool ExtractDiagBlock(int first, int size, QXSymMatrix& out) const;
   bool ExtractBlockAndLastRow(int first, int size, QXSymMatrix& out) const;
   bool ExtractPartOfLastRow(int first, int count, std::vector<double>& out) const;
+  // Adds the nr by nc rectangle at (row, col), which must lie in the lower
+  // triangle, into out.
+  bool ExtractBlockInLowTriangular(int row, int col, int nr, int nc, QXRectMatrix& out) const;
   bool Expand(const QXBitSet& rows, QXSymMatrix& out) const;
+  // out = [this, r^T; r, 0], of order n plus r's rows.
+  bool ExpandSym(const QXRectMatrix& r, QXSymMatrix& out) const;
   bool ReplaceFirstRows(const QXSymMatrix& source, int m);
 
   void DisplayS() const;

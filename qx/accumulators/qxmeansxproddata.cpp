@@ -1,0 +1,185 @@
+#include "qx/accumulators/qxmeansxproddata.h"
+
+#include <cstddef>
+#include <new>
+
+#include "qx/foundation/qxcomponentdisplay.h"
+
+namespace QXMath_850 {
+
+QXMeansXProdData::QXMeansXProdData()
+    : nVars(0), intercept(true), wCases(0.0), xprods(0, true), xprodsFlat(&xprods.AsVector()) {}
+
+QXMeansXProdData::QXMeansXProdData(int n, bool withIntercept)
+    : nVars(n), intercept(withIntercept), wCases(0.0), xprodsFlat(nullptr) {
+  if (n < 0) throw std::bad_alloc();
+  means.assign(n, 0.0);
+  xprods = QXSymMatrix(n, true);
+  xprodsFlat = &xprods.AsVector();
+}
+
+QXMeansXProdData::QXMeansXProdData(const QXMeansXProdData& other)
+    : nVars(other.nVars),
+      intercept(other.intercept),
+      wCases(other.wCases),
+      means(other.means),
+      xprods(other.xprods),
+      xprodsFlat(&xprods.AsVector()) {}
+
+QXMeansXProdData& QXMeansXProdData::operator=(const QXMeansXProdData& other) {
+  if (this == &other) return *this;
+  nVars = other.nVars;
+  intercept = other.intercept;
+  wCases = other.wCases;
+  means = other.means;
+  xprods = other.xprods;
+  xprodsFlat = &xprods.AsVector();
+  return *this;
+}
+
+QXMeansXProdData::~QXMeansXProdData() = default;
+
+void QXMeansXProdData::Clear() {
+  wCases = 0.0;
+  means.assign(nVars, 0.0);
+  xprods.SetNRows(nVars, true);
+  xprodsFlat = &xprods.AsVector();
+  for (double& a : *xprodsFlat)
+    a = 0.0;
+}
+
+bool QXMeansXProdData::SetNVars(int n) {
+  if (n < 0) return false;
+  nVars = n;
+  Clear();
+  return true;
+}
+
+// One running index k walks the packed triangle row by row. g = di * f is
+// formed first and then multiplied by dj, an order kept on purpose.
+void QXMeansXProdData::UpdateXX(const std::vector<double>& x, double f) {
+  if (nVars < 1 || x.size() < static_cast<std::size_t>(nVars)) return;
+  double* a = xprodsFlat->data();
+  const double* m = means.data();
+  std::size_t k = 0;
+  if (intercept) {
+    for (int i = 0; i < nVars; ++i) {
+      const double g = (x[i] - m[i]) * f;
+      for (int j = 0; j <= i; ++j)
+        a[k++] += (x[j] - m[j]) * g;
+    }
+  } else {
+    for (int i = 0; i < nVars; ++i) {
+      const double g = x[i] * f;
+      for (int j = 0; j <= i; ++j)
+        a[k++] += x[j] * g;
+    }
+  }
+}
+
+// Provisional means (West 1979): the cross-products take the case with the
+// old means and the factor w * W / N, then the means move by w / N.
+void QXMeansXProdData::AddCase(const std::vector<double>& x, double w) {
+  if (x.size() < static_cast<std::size_t>(nVars)) return;
+  const double before = wCases;
+  const double after = before + w;
+  UpdateXX(x, intercept ? w * before / after : w);
+  const double r = w / after;
+  for (int i = 0; i < nVars; ++i)
+    means[i] += (x[i] - means[i]) * r;
+  wCases = after;
+}
+
+// The reverse of AddCase: the means move back first, and the cross-products
+// are then corrected with the new means.
+void QXMeansXProdData::DeleteCase(const std::vector<double>& x, double w) {
+  if (x.size() < static_cast<std::size_t>(nVars)) return;
+  const double before = wCases;
+  const double after = before - w;
+  const double a = before / after;
+  const double b = -w / after;
+  for (int i = 0; i < nVars; ++i)
+    means[i] = a * means[i] + b * x[i];
+  UpdateXX(x, intercept ? after * (-w) / before : -w);
+  wCases = after;
+}
+
+// Pairwise pooling of two weighted results (Chan, Golub and LeVeque 1979).
+bool QXMeansXProdData::Merge(const QXMeansXProdData& other) {
+  if (nVars == 0) {
+    nVars = other.nVars;
+    intercept = other.intercept;
+    Clear();
+  }
+  if (nVars != other.nVars || intercept != other.intercept) return false;
+  const double w1 = wCases, w2 = other.wCases;
+  const double total = w1 + w2;
+  if (!(total > 0.0)) return true;
+
+  const std::vector<double>& m1 = means;
+  const std::vector<double>& m2 = other.means;
+  std::vector<double> m(nVars);
+  const double share = w2 / total;
+  for (int i = 0; i < nVars; ++i)
+    m[i] = m1[i] + (m2[i] - m1[i]) * share;
+
+  double* a = xprodsFlat->data();
+  const double* o = other.xprodsFlat->data();
+  const std::size_t size = xprodsFlat->size();
+  if (!intercept) {
+    for (std::size_t k = 0; k < size; ++k)
+      a[k] += o[k];
+  } else {
+    std::size_t k = 0;
+    for (int i = 0; i < nVars; ++i) {
+      const double c1 = w1 * (m[i] - m1[i]);
+      const double c2 = w2 * (m[i] - m2[i]);
+      for (int j = 0; j <= i; ++j, ++k)
+        a[k] += (m[j] - m1[j]) * c1 + o[k] + (m[j] - m2[j]) * c2;
+    }
+  }
+  means = m;
+  wCases = total;
+  return true;
+}
+
+bool QXMeansXProdData::Merge(const std::vector<const QXMeansXProdData*>& list) {
+  const QXMeansXProdData* first = nullptr;
+  for (const QXMeansXProdData* entry : list) {
+    if (entry != nullptr) {
+      first = entry;
+      break;
+    }
+  }
+  const int n = first != nullptr ? first->nVars : 0;
+  const bool flag = first != nullptr ? first->intercept : true;
+  if (n < 1) return false;
+  if (nVars > 0 && nVars != n) return false;
+  if (nVars == 0) {
+    nVars = n;
+    intercept = flag;
+    Clear();
+  }
+  for (const QXMeansXProdData* entry : list) {
+    if (entry != nullptr && !Merge(*entry)) return false;
+  }
+  return true;
+}
+
+bool QXMeansXProdData::Merge(const std::vector<QXMeansXProdData*>& list) {
+  return Merge(std::vector<const QXMeansXProdData*>(list.begin(), list.end()));
+}
+
+void QXMeansXProdData::Display() const {
+  using namespace QXDisplay_850;
+  DisplayText(1, "QXMeansXProdData display start");
+  DisplayI("Number of variables", nVars);
+  DisplayB("Intercept indicator", intercept);
+  DisplayD("Weighted number of cases", wCases);
+  DisplayDV("Vector of means", means);
+  DisplayText(1, "Matrix of cross-products:");
+  xprods.Display();
+  DisplayText(1, "QXMeansXProdData display end");
+}
+
+}  // namespace QXMath_850

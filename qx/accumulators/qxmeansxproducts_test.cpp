@@ -1,0 +1,442 @@
+#include "qx/accumulators/qxmeansxproducts.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "qx/accumulators/qxmeansxproddata.h"
+#include "qx/accumulators/qxprovmeans.h"
+#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/matrices/qxbitset.h"
+#include "qx/matrices/qxrectmatrix.h"
+#include "qx/matrices/qxsymmatrix.h"
+
+namespace QXMath_850 {
+namespace {
+
+using Vec = std::vector<double>;
+
+// Cases of nVars variables and weightCols weight columns. Variable 0 is the
+// constant 0.1 (not a sum of powers of two), the others sit far from zero so
+// that the centring matters.
+QXRectMatrix RandomCases(int rows, int nVars, int weightCols, unsigned seed) {
+  std::mt19937_64 engine(seed);
+  std::normal_distribution<double> normal(0.0, 1.0);
+  std::uniform_real_distribution<double> weight(0.25, 3.0);
+  QXRectMatrix m(rows, nVars + weightCols, true);
+  for (int r = 0; r < rows; ++r) {
+    m.SetElem(r, 0, 0.1);
+    for (int j = 1; j < nVars; ++j)
+      m.SetElem(r, j, 1000.0 * j + (j + 1) * normal(engine));
+    for (int c = 0; c < weightCols; ++c)
+      m.SetElem(r, nVars + c, weight(engine));
+  }
+  return m;
+}
+
+double CaseWeight(const QXRectMatrix& m, int r, int nVars) {
+  double w = 1.0;
+  for (int c = nVars; c < m.GetNCols(); ++c)
+    w *= m.GetElem(r, c);
+  return w;
+}
+
+// Means and cross-products by the textbook two passes in long double,
+// rounded to double at the end.
+void Reference(const QXRectMatrix& m, int nVars, bool intercept, Vec& means, QXSymMatrix& xp) {
+  long double total = 0.0L;
+  std::vector<long double> mean(nVars, 0.0L), sums(nVars * (nVars + 1) / 2, 0.0L);
+  for (int r = 0; r < m.GetNRows(); ++r) {
+    total += CaseWeight(m, r, nVars);
+    for (int j = 0; j < nVars; ++j)
+      mean[j] += CaseWeight(m, r, nVars) * static_cast<long double>(m.GetElem(r, j));
+  }
+  means.clear();
+  for (long double& v : mean) {
+    v /= total;
+    means.push_back(static_cast<double>(v));
+    v = intercept ? v : 0.0L;  // what the deviations are taken from
+  }
+  for (int r = 0; r < m.GetNRows(); ++r) {
+    std::size_t k = 0;
+    for (int i = 0; i < nVars; ++i) {
+      for (int j = 0; j <= i; ++j)
+        sums[k++] +=
+            CaseWeight(m, r, nVars) * (m.GetElem(r, i) - mean[i]) * (m.GetElem(r, j) - mean[j]);
+    }
+  }
+  xp = QXSymMatrix(nVars, true);
+  for (std::size_t k = 0; k < sums.size(); ++k)
+    xp.SetElem(static_cast<int>(k), static_cast<double>(sums[k]));
+}
+
+// Largest error of a's cross-products relative to sqrt(s_ii * s_jj), s
+// being b or the given scale (the raw sums, for the one-pass path, whose
+// rounding grows with them), floored for the rows of constant columns.
+double XProdError(const QXSymMatrix& a, const QXSymMatrix& b, const QXSymMatrix* scale) {
+  const QXSymMatrix& s = scale != nullptr ? *scale : b;
+  double largest = 0.0, worst = 0.0;
+  for (int i = 0; i < s.GetNRows(); ++i)
+    largest = std::fmax(largest, std::fabs(s.GetElem(i, i)));
+  for (int i = 0; i < b.GetNRows(); ++i) {
+    for (int j = 0; j <= i; ++j) {
+      const double size =
+          std::fmax(std::sqrt(std::fabs(s.GetElem(i, i) * s.GetElem(j, j))), 1e-9 * largest);
+      worst = std::fmax(worst, std::fabs(a.GetElem(i, j) - b.GetElem(i, j)) / size);
+    }
+  }
+  return worst;
+}
+
+void ExpectSameResult(const QXMeansXProdData& a, const QXMeansXProdData& b, double tol,
+                      const char* what, const QXSymMatrix* scale = nullptr) {
+  EXPECT_NEAR(a.GetNCases(), b.GetNCases(), tol * b.GetNCases()) << what;
+  ASSERT_EQ(a.GetMeans().size(), b.GetMeans().size()) << what;
+  for (std::size_t j = 0; j < b.GetMeans().size(); ++j)
+    EXPECT_NEAR(a.GetMeans()[j], b.GetMeans()[j], tol * std::fabs(b.GetMeans()[j])) << what;
+  EXPECT_LT(XProdError(a.GetXProds(), b.GetXProds(), scale), tol) << what;
+}
+
+// The raw sums of products of the cases, weighted.
+QXSymMatrix RawSums(const QXRectMatrix& data, int nVars) {
+  const int weightCols = data.GetNCols() - nVars;
+  QXMeansXProducts raw(nVars, false, weightCols > 0, weightCols > 1);
+  raw.Compute(data, 0);
+  return raw.GetXProds();
+}
+
+bool SameState(const QXMeansXProdData& a, const QXMeansXProdData& b) {
+  return a.GetNVars() == b.GetNVars() && a.IsIntercept() == b.IsIntercept() &&
+         a.GetNCases() == b.GetNCases() && a.GetMeans() == b.GetMeans() &&
+         a.GetXProds().AsVectorConst() == b.GetXProds().AsVectorConst();
+}
+
+QXRectMatrix Rows(const QXRectMatrix& m, int first, int count) {
+  QXRectMatrix block;
+  block.CopyRows(m, first, count);
+  return block;
+}
+
+TEST(QXMeansXProductsTest, TwoPassAgreesWithALongDoubleReference) {
+  const int nVars = 5;
+  for (int weightCols = 0; weightCols <= 2; ++weightCols) {
+    for (bool intercept : {true, false}) {
+      const QXRectMatrix data = RandomCases(700, nVars, weightCols, 10u + weightCols);
+      QXMeansXProducts acc(nVars, intercept, weightCols > 0, weightCols > 1);
+      ASSERT_TRUE(acc.Compute(data, 0));
+      Vec mean;
+      QXSymMatrix expected;
+      Reference(data, nVars, intercept, mean, expected);
+      for (int j = 0; j < nVars; ++j)
+        EXPECT_NEAR(acc.GetMeans()[j], mean[j], 2e-14 * std::fabs(mean[j]));
+      EXPECT_LT(XProdError(acc.GetXProds(), expected, nullptr), 1e-13)
+          << weightCols << " weight columns, intercept " << intercept;
+    }
+  }
+}
+
+// Two-pass blocks, one pass, case by case and merges in any grouping all
+// give the result of one two-pass run over all the cases, to rounding.
+TEST(QXMeansXProductsTest, EveryPathAndGroupingGivesTheSameResult) {
+  const int nVars = 4;
+  const QXRectMatrix data = RandomCases(600, nVars, 2, 3u);
+  QXMeansXProducts all(nVars, true, true, true);
+  ASSERT_TRUE(all.Compute(data, 0));
+
+  QXMeansXProducts blocks(nVars, true, true, true), onePass(nVars, true, true, true);
+  std::vector<QXMeansXProducts> parts(3, QXMeansXProducts(nVars, true, true, true));
+  onePass.StartUpdateOnePass();
+  for (int b = 0; b < 3; ++b) {
+    const QXRectMatrix block = Rows(data, 200 * b, 200);
+    ASSERT_TRUE(blocks.Update(block, 0));
+    ASSERT_TRUE(onePass.UpdateOnePass(block, 0));
+    ASSERT_TRUE(parts[b].Compute(block, 0));
+  }
+  onePass.FinishUpdateOnePass();
+  ExpectSameResult(blocks, all, 1e-13, "blocks");
+  const QXSymMatrix raw = RawSums(data, nVars);
+  ExpectSameResult(onePass, all, 1e-13, "one pass", &raw);
+
+  QXProvMeans single(nVars, true);
+  Vec x(nVars);
+  for (int r = 0; r < data.GetNRows(); ++r) {
+    for (int j = 0; j < nVars; ++j)
+      x[j] = data.GetElem(r, j);
+    ASSERT_TRUE(single.Update(x, CaseWeight(data, r, nVars)));
+  }
+  ExpectSameResult(single, all, 1e-12, "case by case");
+
+  QXMeansXProdData left(parts[0]), right(parts[1]), listed;
+  ASSERT_TRUE(left.Merge(parts[1]));
+  ASSERT_TRUE(left.Merge(parts[2]));
+  ASSERT_TRUE(right.Merge(parts[2]));
+  ASSERT_TRUE(right.Merge(parts[0]));
+  std::vector<QXMeansXProdData*> list = {&parts[2], nullptr, &parts[0], &parts[1]};
+  ASSERT_TRUE(listed.Merge(list));
+  ExpectSameResult(left, all, 1e-13, "(0 + 1) + 2");
+  ExpectSameResult(right, all, 1e-13, "(1 + 2) + 0");
+  ExpectSameResult(listed, all, 1e-13, "list 2, 0, 1");
+
+  // Update on a filled object is Compute of the block pooled with what was
+  // held, bit for bit.
+  QXMeansXProducts pooled(parts[1]);
+  ASSERT_TRUE(pooled.Merge(parts[0]));
+  QXMeansXProducts updated(parts[0]);
+  ASSERT_TRUE(updated.Update(Rows(data, 200, 200), 0));
+  EXPECT_TRUE(SameState(updated, pooled));
+
+  // The row limit: 0, negative or too large reads all; otherwise the first
+  // rows only.
+  QXMeansXProducts limited(nVars, true, true, true), first(nVars, true, true, true);
+  for (int limit : {-3, 600, 5000}) {
+    ASSERT_TRUE(limited.Compute(data, limit));
+    EXPECT_TRUE(SameState(limited, all)) << limit;
+  }
+  ASSERT_TRUE(limited.Compute(data, 10));
+  ASSERT_TRUE(first.Compute(Rows(data, 0, 10), 0));
+  EXPECT_TRUE(SameState(limited, first));
+
+  // The one-pass finish is corrected whatever the intercept flag says.
+  QXMeansXProducts noIntercept(nVars, false, true, true);
+  ASSERT_TRUE(noIntercept.UpdateOnePass(data, 0));
+  noIntercept.FinishUpdateOnePass();
+  noIntercept.SetIntercept(true);
+  ExpectSameResult(noIntercept, all, 1e-13, "one pass without intercept", &raw);
+}
+
+TEST(QXMeansXProductsTest, ConstantColumnsExactZerosAndRefusals) {
+  // A constant column: its own value as the mean, exact zeros in its row.
+  for (int weightCols = 0; weightCols <= 2; ++weightCols) {
+    const QXRectMatrix data = RandomCases(333, 3, weightCols, 7u);
+    QXMeansXProducts acc(3, true, weightCols > 0, weightCols > 1);
+    ASSERT_TRUE(acc.Compute(data, 0));
+    EXPECT_EQ(acc.GetMeans()[0], 0.1);
+    for (int j = 0; j < 3; ++j)
+      EXPECT_EQ(acc.GetXProds().GetElem(0, j), 0.0);
+  }
+
+  // Taking out all the weight leaves exact zeros; taking out more is refused.
+  QXProvMeans prov(2, true);
+  const Vec a = {1.5, -2.0}, b = {0.1, 7.0}, c = {3.0, 3.3};
+  ASSERT_TRUE(prov.Update(a, 1.0));
+  ASSERT_TRUE(prov.Update(b, 2.0));
+  ASSERT_TRUE(prov.Update(c, 0.5));
+  const QXProvMeans held(prov);
+  EXPECT_FALSE(prov.Update(a, -5.0));
+  EXPECT_FALSE(prov.Update({1.0}, 1.0));
+  ASSERT_TRUE(prov.Update(a, 0.0));
+  EXPECT_TRUE(SameState(prov, held));
+  ASSERT_TRUE(prov.Update(c, -0.5));
+  QXProvMeans twoCases(2, true);
+  ASSERT_TRUE(twoCases.Update(a, 1.0));
+  ASSERT_TRUE(twoCases.Update(b, 2.0));
+  ExpectSameResult(prov, twoCases, 1e-14, "a case taken out again");
+  ASSERT_TRUE(prov.Update(a, -1.0));
+  ASSERT_TRUE(prov.Update(b, -2.0));
+  EXPECT_EQ(prov.GetNCases(), 0.0);
+  EXPECT_EQ(prov.GetMeans(), Vec(2, 0.0));
+  EXPECT_EQ(prov.GetXProds().AsVectorConst(), Vec(3, 0.0));
+
+  // A block of the wrong width changes nothing, on either path.
+  const QXRectMatrix data = RandomCases(50, 3, 1, 8u), wide = RandomCases(50, 4, 1, 9u);
+  QXMeansXProducts acc(3, true, false, true);
+  ASSERT_TRUE(acc.Update(data, 0));
+  ASSERT_TRUE(acc.UpdateOnePass(data, 0));
+  const QXMeansXProducts before(acc);
+  EXPECT_FALSE(acc.Compute(wide, 0));
+  EXPECT_FALSE(acc.Update(wide, 0));
+  EXPECT_FALSE(acc.UpdateOnePass(wide, 0));
+  EXPECT_TRUE(SameState(acc, before));
+  acc.FinishUpdateOnePass();
+  const QXMeansXProducts twoPass(before), finished(acc);
+  const QXSymMatrix raw = RawSums(data, 3);
+  ExpectSameResult(acc, twoPass, 1e-13, "one pass after a refused block", &raw);
+
+  // Merges: shapes must agree, an empty object takes the other's shape.
+  QXMeansXProdData empty(3, true), other(3, true), none;
+  ASSERT_TRUE(empty.Merge(other));
+  EXPECT_TRUE(SameState(empty, other));
+  QXMeansXProdData noIntercept(3, false);
+  EXPECT_FALSE(acc.Merge(noIntercept));
+  EXPECT_FALSE(acc.Merge(QXMeansXProdData(2, true)));
+  EXPECT_TRUE(SameState(acc, finished));
+  ASSERT_TRUE(none.Merge(twoPass));
+  EXPECT_TRUE(SameState(none, twoPass));
+  QXMeansXProdData adopt;
+  ASSERT_TRUE(adopt.Merge(noIntercept));
+  EXPECT_FALSE(adopt.IsIntercept());
+  EXPECT_EQ(adopt.GetNVars(), 3);
+
+  // A list stops at the first misfit and keeps what it merged before it.
+  QXMeansXProdData pooled;
+  const QXMeansXProdData small(2, true);
+  std::vector<const QXMeansXProdData*> list = {&twoPass, &small, &twoPass};
+  EXPECT_FALSE(pooled.Merge(list));
+  EXPECT_TRUE(SameState(pooled, twoPass));
+  EXPECT_FALSE(pooled.Merge(std::vector<const QXMeansXProdData*>{nullptr}));
+
+  std::ostringstream text;
+  QXDisplay_850::SetOutStream(text);
+  acc.Display();
+  QXDisplay_850::SetOutStream(std::cout);
+  const std::string s = text.str();
+  EXPECT_EQ(s.rfind("\nQXMeansXProducts display start\nQXMeansXProdData display start\n"
+                    "Number of variables = 3\nIntercept indicator = ",
+                    0),
+            0u);
+  EXPECT_EQ(s.substr(s.size() - 29), "\nQXMeansXProducts display end");
+}
+
+// Sweeps the predictors (all variables but the last) into the cross-products
+// and returns the intercept followed by the slopes; refused rows get 0.
+Vec Regress(const QXMeansXProdData& acc, double tol, QXBitSet& swept, double& rss) {
+  QXSymMatrix a(acc.GetXProds());
+  const int p = a.GetNRows() - 1;
+  Vec diag, slopes;
+  a.GetDiagonal(diag);
+  swept = QXBitSet(p + 1);
+  for (int k = 0; k < p; ++k)
+    a.Sweep(k, tol, diag, swept, true);
+  a.GetRegCoeffs(slopes, swept);
+  rss = a.GetElem(p, p);
+  double b0 = acc.GetMeans()[p];
+  for (int j = 0; j < p; ++j)
+    b0 -= slopes[j] * acc.GetMeans()[j];
+  slopes.insert(slopes.begin(), acc.IsIntercept() ? b0 : 0.0);
+  return slopes;
+}
+
+TEST(QXMeansXProductsTest, RegressionRecoversKnownCoefficientsAndRefusesAnAlias) {
+  // y = 2 + 3 x1 - 1.5 x2 + 0.5 x3 exactly; x4 = x1 + x2 adds nothing.
+  std::mt19937_64 engine(5u);
+  std::uniform_real_distribution<double> u(-10.0, 10.0), w(0.5, 2.0);
+  QXRectMatrix data(1000, 6, true);
+  for (int r = 0; r < 1000; ++r) {
+    const double x1 = u(engine), x2 = u(engine), x3 = u(engine);
+    const double row[6] = {x1, x2, x3, x1 + x2, 2.0 + 3.0 * x1 - 1.5 * x2 + 0.5 * x3, w(engine)};
+    for (int j = 0; j < 6; ++j)
+      data.SetElem(r, j, row[j]);
+  }
+  QXRectMatrix unweighted;
+  ASSERT_EQ(data.ExtractColumns({0, 1, 2, 3, 4}, unweighted), 5);
+  for (bool weighted : {false, true}) {
+    QXMeansXProducts acc(5, true, weighted, false);
+    const QXRectMatrix& source = weighted ? data : unweighted;
+    for (int first = 0; first < 1000; first += 300)
+      ASSERT_TRUE(acc.Update(Rows(source, first, std::min(300, 1000 - first)), 0));
+    QXBitSet swept;
+    double rss = 0.0;
+    const Vec b = Regress(acc, 1e-9, swept, rss);
+    EXPECT_FALSE(swept.IsIn(3)) << "the alias must be refused";
+    const Vec expected = {2.0, 3.0, -1.5, 0.5, 0.0};
+    for (int j = 0; j < 5; ++j)
+      EXPECT_NEAR(b[j], expected[j], 1e-11) << "weighted " << weighted << " coefficient " << j;
+    EXPECT_LT(std::fabs(rss), 1e-13 * acc.GetXProds().GetElem(4, 4));
+  }
+}
+
+// A NIST StRD file: the certified values, and the rows of numbers after its
+// last "Data:" line.
+struct Strd {
+  std::vector<Vec> rows;
+  Vec certified;  // B0, B1, ... in order
+  double residualSd = 0.0, mean = 0.0, sd = 0.0;
+};
+
+bool ReadStrd(const std::string& name, Strd& out) {
+  std::ifstream in(std::string(QX_TEST_SHARED_DATA) + "/nist-strd/" + name);
+  for (std::string line; std::getline(in, line);) {
+    std::istringstream words(line);
+    std::string first, second;
+    words >> first >> second;
+    const auto after = [&line](const char* key) {
+      const std::size_t at = line.find(key);
+      return at == std::string::npos ? 0.0 : std::strtod(line.c_str() + at + 5, nullptr);
+    };
+    if (first.size() > 1 && first[0] == 'B' && std::isdigit(static_cast<unsigned char>(first[1])))
+      out.certified.push_back(std::strtod(second.c_str(), nullptr));
+    if (first == "Standard" && second == "Deviation") out.residualSd = after("tion ");
+    if (out.mean == 0.0) out.mean = after("ybar:");
+    if (out.sd == 0.0) out.sd = after(" s:  ");
+    if (first == "Data:") out.rows.clear();
+    Vec row;
+    std::istringstream numbers(line);
+    for (double v; numbers >> v;)
+      row.push_back(v);
+    if (!row.empty() && first != "Data:") out.rows.push_back(row);
+  }
+  return !out.rows.empty();
+}
+
+// Log relative error: the number of correct significant digits, at most 15.
+double Lre(double value, double certified) {
+  const double err =
+      certified == 0.0 ? std::fabs(value) : std::fabs(value - certified) / std::fabs(certified);
+  return err == 0.0 ? 15.0 : std::fmin(15.0, -std::log10(err));
+}
+
+TEST(QXMeansXProductsTest, ReproducesTheNistStrdCertifiedValues) {
+  // Means and standard deviations of values that differ in their last digits.
+  for (const char* name : {"NumAcc1.dat", "NumAcc2.dat", "NumAcc3.dat", "NumAcc4.dat"}) {
+    Strd f;
+    if (!ReadStrd(name, f)) GTEST_SKIP() << "no NIST StRD data under " << QX_TEST_SHARED_DATA;
+    const int n = static_cast<int>(f.rows.size());
+    QXRectMatrix data(n, 1, true);
+    for (int r = 0; r < n; ++r)
+      data.SetElem(r, 0, f.rows[r][0]);
+    QXMeansXProducts acc(1, true, false, false);
+    ASSERT_TRUE(acc.Compute(data, 0));
+    EXPECT_GE(Lre(acc.GetMeans()[0], f.mean), 13.0) << name;
+    EXPECT_GE(Lre(std::sqrt(acc.GetXProds().GetElem(0, 0) / (n - 1)), f.sd), 8.0) << name;
+  }
+
+  // Linear regressions, as digits expected of the normal equations swept in
+  // double precision; the Wampler polynomials are ill-conditioned on purpose.
+  struct Case {
+    const char* name;
+    int degree;  // powers of the one x; 0 takes the x columns as they are
+    bool intercept;
+    double digits;
+  };
+  const Case cases[] = {{"Norris.dat", 1, true, 11},  {"Pontius.dat", 2, true, 10},
+                        {"NoInt1.dat", 1, false, 13}, {"NoInt2.dat", 1, false, 13},
+                        {"Longley.dat", 0, true, 11}, {"Wampler1.dat", 5, true, 6},
+                        {"Wampler2.dat", 5, true, 9}, {"Wampler3.dat", 5, true, 6},
+                        {"Wampler4.dat", 5, true, 6}, {"Wampler5.dat", 5, true, 6}};
+  for (const Case& c : cases) {
+    Strd f;
+    ASSERT_TRUE(ReadStrd(c.name, f)) << c.name;
+    const int n = static_cast<int>(f.rows.size());
+    const int p = c.degree > 0 ? c.degree : static_cast<int>(f.rows[0].size()) - 1;
+    // Predictors first, the response (the file's first column) last.
+    QXRectMatrix data(n, p + 1, true);
+    for (int r = 0; r < n; ++r) {
+      for (int j = 0; j < p; ++j)
+        data.SetElem(r, j, c.degree > 0 ? std::pow(f.rows[r][1], j + 1) : f.rows[r][j + 1]);
+      data.SetElem(r, p, f.rows[r][0]);
+    }
+    QXMeansXProducts acc(p + 1, c.intercept, false, false);
+    ASSERT_TRUE(acc.Compute(data, 0));
+    QXBitSet swept;
+    double rss = 0.0;
+    Vec b = Regress(acc, 1e-15, swept, rss);
+    ASSERT_EQ(swept.InSet(), p) << c.name;
+    if (!c.intercept) b.erase(b.begin());
+    ASSERT_EQ(b.size(), f.certified.size()) << c.name;
+    for (std::size_t j = 0; j < b.size(); ++j)
+      EXPECT_GE(Lre(b[j], f.certified[j]), c.digits) << c.name << " B" << j;
+    if (f.residualSd > 0.0) {
+      const double sd = std::sqrt(std::fmax(rss, 0.0) / (n - static_cast<double>(b.size())));
+      EXPECT_GE(Lre(sd, f.residualSd), c.digits - 1) << c.name;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace QXMath_850
