@@ -21,4 +21,8 @@
 #include "qx/matrices/qxmathfun.h"
 #include "qx/matrices/qxsymmatrix.h"
 
+// Distribution functions and quadrature
+#include "qx/distributions/lobattoquad.h"
+#include "qx/distributions/qxpower.h"
+
 #endif  // QX_QXCOMMON_H
