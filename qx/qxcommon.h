@@ -23,6 +23,7 @@
 
 // Distribution functions and quadrature
 #include "qx/distributions/lobattoquad.h"
+#include "qx/distributions/qxdistfun.h"
 #include "qx/distributions/qxpower.h"
 
 #endif  // QX_QXCOMMON_H

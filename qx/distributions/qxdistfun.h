@@ -1,0 +1,91 @@
+#ifndef QX_DISTRIBUTIONS_QXDISTFUN_H
+#define QX_DISTRIBUTIONS_QXDISTFUN_H
+
+#include "qx/foundation/qxexport.h"
+
+namespace QXMath_850 {
+
+// Cumulative, upper-tail, inverse and density functions of the distributions
+// that components turn their statistics into probabilities with, and the
+// special functions beneath them. Stateless and re-entrant.
+//
+// Two tiers. The lower-case computing routines take references and report
+// through a `long&` status, written to 0 at entry: 0 computed, 1 invalid
+// argument, 2 no result (iteration failure, overflow, or a lower routine's
+// missing value); any status above 0 comes with the missing value. The
+// capitalised public functions take plain doubles and return the missing
+// value on any bad input. IdfBeta alone fails with -1.0, as betinv does.
+class QXCOMMON_API QXDistFun {
+ public:
+  // ---- Computing tier: special functions.
+
+  // Error function and its complement, to full double accuracy (derfc loses
+  // relative accuracy in proportion to x*x in its far tail).
+  static double derf(const double& x);
+  static double derfc(const double& x);
+  // Natural log of the gamma function for x > 0; exactly 0 at 1 and 2, the
+  // missing value for x not above 0.
+  static double dnlgam(const double& x);
+  static double kvatdnlgam(const double& x);
+  // Standard normal cumulative function.
+  static double prbnrm(const double& z);
+  // Standard normal quantile; the missing value unless 0 < p < 1.
+  static double probit(const double& p);
+  // Auxiliary function of the normal approximation to the beta.
+  static double cbtaux(const double& x);
+
+  // ---- Computing tier: distributions.
+
+  // Regularised incomplete gamma: P(a, x) when lower, else Q(a, x).
+  static double gammad(const double& x, const double& a, const bool& lower, long& status);
+  // Regularised incomplete beta I_x(a, b).
+  static double cdfbet(const double& x, const double& a, const double& b, long& status);
+  // Inverse of cdfbet in p; -1.0 on failure.
+  static double betinv(const double& p, const double& a, const double& b);
+  // Exponential cumulative function.
+  static double cdfexp(const double& x, const double& rate, long& status);
+  // Student t and F cumulative functions and quantiles, chi-square quantile.
+  static double kvatcdft(const double& t, const double& df, long& status);
+  static double kvatcdff(const double& f, const double& df1, const double& df2, long& status);
+  static double kvatidft(const double& p, const double& df, long& status);
+  static double kvatidff(const double& p, const double& df1, const double& df2, long& status);
+  static double kvatidfchi(const double& p, const double& df, long& status);
+  // Chi-square quantile by bisection from a start value x0 (> 0).
+  static double idfchb(const double& p, const double& df, const double& x0, long& status);
+
+  // ---- Public tier.
+
+  static double CdfStdNorm(double z);
+  static double CdfNorm(double x, double mean, double sd);
+  static double PdfNormalStandard(double x);
+  // A negative sd is not refused and gives a negative density.
+  static double PdfNormal(double x, double mean, double sd);
+  static double IdfStdNorm(double p);
+  static double IdfNorm(double p, double mean, double sd);
+
+  static double CdfT(double t, double df);
+  static double SigT(double t, double df);
+  static double IdfT(double p, double df);
+  static double PdfT(double t, double df, long& status);
+
+  static double CdfF(double f, double df1, double df2);
+  static double SigF(double f, double df1, double df2);
+  static double IdfF(double p, double df1, double df2);
+
+  static double CdfChi(double x, double df);
+  static double SigChi(double x, double df);
+  static double IdfChi(double p, double df);
+
+  static double CdfBeta(double x, double a, double b);
+  // Fails with -1.0, not the missing value.
+  static double IdfBeta(const double& p, const double& a, const double& b);
+
+  // Gamma with shape and rate (mean shape / rate).
+  static double CdfGam(double x, double shape, double rate);
+  static double IdfGam(const double& p, const double& shape, const double& rate);
+  static double PdfGamma(double x, double shape, double rate);
+};
+
+}  // namespace QXMath_850
+
+#endif  // QX_DISTRIBUTIONS_QXDISTFUN_H
