@@ -84,6 +84,29 @@ class QXCOMMON_API QXDistFun {
   static double CdfGam(double x, double shape, double rate);
   static double IdfGam(const double& p, const double& shape, const double& rate);
   static double PdfGamma(double x, double shape, double rate);
+
+  // ---- Noncentral distributions: Poisson mixtures of the central routines,
+  // summed forward from about 7 standard deviations below the centre of the
+  // weights until an error bound is met (at most 60000 steps).
+
+  // Noncentral chi-square; the sum stops when the remaining weight times the
+  // next term is at most 1e-12.
+  static double NonCentralCdfChi(double x, double df, double ncp);
+  // Noncentral incomplete beta with the caller's error bound tol (tol >= 1:
+  // the first weighted term only); status as in the computing tier.
+  static double ncdbet(const double& x, const double& a, const double& b, const double& ncp,
+                       long& status, double tol);
+  static double NonCentralCdfF(double f, double df1, double df2, double ncp, double tol);
+  // Noncentral Student t in the form of AS 243; error bound 1e-12.
+  static double NonCentralCdfT(double t, double df, double delta);
+  // Noncentral Student t density, summed outward from its largest term.
+  static double NonCentralPdfT(double t, double df, double delta, long& status);
+  // The noncentrality at which the cumulative function equals p, by bracket
+  // and bisection; the missing value as soon as an evaluation gives it.
+  static double FindNCParamChi(double x, double df, double p, double tol);
+  static double FindNCParamF(double f, double df1, double df2, double p, double tol);
+  // t must be non-negative; the result may be negative.
+  static double FindNCParamT(double t, double df, double p, double tol);
 };
 
 }  // namespace QXMath_850

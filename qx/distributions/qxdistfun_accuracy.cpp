@@ -58,7 +58,7 @@ std::vector<Region> Measure(const ReferenceFunction& f, const std::vector<Refere
       at = index.emplace(c.region, regions.size()).first;
       regions.push_back({c.region, {}});
     }
-    regions[at->second].errors.push_back(ErrorInEpsilons(f.evaluate(c.args), c));
+    regions[at->second].errors.push_back(ErrorInEpsilons(f.evaluate(c.args), c, f.absolute));
   }
   return regions;
 }
@@ -102,7 +102,7 @@ int main(int argc, char** argv) {
     if (mode == "cases") {
       for (const ReferenceCase& c : cases) {
         const double got = f.evaluate(c.args);
-        const double err = ErrorInEpsilons(got, c);
+        const double err = ErrorInEpsilons(got, c, f.absolute);
         if (err < detailMin) continue;
         std::printf("%-9s", c.region.c_str());
         for (double a : c.args)

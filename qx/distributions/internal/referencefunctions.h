@@ -17,6 +17,9 @@ struct ReferenceFunction {
   std::string table;  // testdata/<table>.txt
   std::string name;   // as the library spells it
   Evaluator evaluate;
+  // Errors measured in absolute terms: the noncentral series stop on an
+  // absolute bound (the density on one relative to its largest terms).
+  bool absolute = false;
 };
 
 inline const std::vector<ReferenceFunction>& ReferenceFunctions() {
@@ -48,6 +51,18 @@ inline const std::vector<ReferenceFunction>& ReferenceFunctions() {
       {"cdfgam", "CdfGam", [](A a) { return D::CdfGam(a[0], a[1], a[2]); }},
       {"idfgam", "IdfGam", [](A a) { return D::IdfGam(a[0], a[1], a[2]); }},
       {"pdfgamma", "PdfGamma", [](A a) { return D::PdfGamma(a[0], a[1], a[2]); }},
+      {"noncentralcdfchi", "NonCentralCdfChi",
+       [](A a) { return D::NonCentralCdfChi(a[0], a[1], a[2]); }, true},
+      {"noncentralcdff", "NonCentralCdfF",
+       [](A a) { return D::NonCentralCdfF(a[0], a[1], a[2], a[3], 1e-12); }, true},
+      {"noncentralcdft", "NonCentralCdfT", [](A a) { return D::NonCentralCdfT(a[0], a[1], a[2]); },
+       true},
+      {"noncentralpdft", "NonCentralPdfT",
+       [](A a) {
+         long status;
+         return D::NonCentralPdfT(a[0], a[1], a[2], status);
+       },
+       true},
   };
   return functions;
 }

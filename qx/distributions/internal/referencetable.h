@@ -57,18 +57,19 @@ inline std::vector<ReferenceCase> ReadReferenceTable(const std::string& path) {
 }
 
 // |got - expected| / |expected| in units of double epsilon, computed in long
-// double. An expected 0 counts the absolute error in epsilons; an expected
-// below the smallest normal double is measured against that smallest normal.
-// A missing value where a number is expected (or the reverse), a NaN or an
-// infinity where a finite value is expected is an infinite error.
-inline double ErrorInEpsilons(double got, const ReferenceCase& c) {
+// double; with `absolute`, |got - expected| in epsilons. An expected 0 counts
+// the absolute error; an expected below the smallest normal double is
+// measured against that smallest normal. A missing value where a number is
+// expected (or the reverse), a NaN or an infinity where a finite value is
+// expected is an infinite error.
+inline double ErrorInEpsilons(double got, const ReferenceCase& c, bool absolute = false) {
   const double inf = std::numeric_limits<double>::infinity();
   const bool gotMissing = QXCommon_850::QXMV::IsMissing(got);
   if (c.missing) return gotMissing ? 0.0 : inf;
   if (gotMissing || !std::isfinite(got)) return inf;
   const long double eps = std::numeric_limits<double>::epsilon();
   const long double diff = std::fabs(static_cast<long double>(got) - c.expected);
-  if (c.expected == 0.0L) return static_cast<double>(diff / eps);
+  if (absolute || c.expected == 0.0L) return static_cast<double>(diff / eps);
   const long double scale =
       std::max(std::fabs(c.expected), static_cast<long double>(std::numeric_limits<double>::min()));
   return static_cast<double>(diff / scale / eps);
