@@ -1,6 +1,8 @@
 #ifndef QX_DISTRIBUTIONS_QXDISTFUN_H
 #define QX_DISTRIBUTIONS_QXDISTFUN_H
 
+#include <vector>
+
 #include "qx/foundation/qxexport.h"
 
 namespace QXMath_850 {
@@ -107,6 +109,43 @@ class QXCOMMON_API QXDistFun {
   static double FindNCParamF(double f, double df1, double df2, double p, double tol);
   // t must be non-negative; the result may be negative.
   static double FindNCParamT(double t, double df, double p, double tol);
+
+  // ---- Discrete distributions. Their status codes differ from the rest,
+  // deliberately: see each function.
+
+  // Log of the binomial coefficient; status 1 and the missing value unless
+  // n >= k >= 0.
+  static double dnlbnc(const double& n, const double& k, long& status);
+  // Binomial probability of x; status 1 for n below 1 or p outside [0, 1],
+  // 2 on overflow. x outside 0..n or not whole has probability 0.
+  static double PdfBin(double x, double n, double p, long& status);
+  // Binomial cumulative function at floor(x); status 1 for n below 1 or p
+  // outside [0, 1], 3 for a fractional n.
+  static double CdfBin(double x, double n, double p, long& status);
+  // Largest k with CdfBin(k) <= prob; status 1 for a fractional n, 2 for n
+  // below 1 or p or prob outside [0, 1].
+  static double IdfBin(double prob, double n, double p, long& status);
+  // Probability of x marked items among b drawn from total holding a marked;
+  // the missing value outside the support or for inconsistent sizes.
+  static double PdfHyper(long x, long total, long a, long b);
+  // Hypergeometric cumulative function, after AS 152; status 1 when an
+  // argument is not whole or the sizes are inconsistent.
+  static double CDFHyper(double x, double total, double a, double b, int& status);
+  // Order-statistic confidence interval of the median of sorted values with
+  // frequencies (n of them, `total` cases) at `conf` percent; with
+  // `coverage`, `level` is the interval's exact coverage in percent. Outputs
+  // stay missing where no interval exists.
+  static void Mednci(long n, const std::vector<double>& values, const std::vector<double>& freqs,
+                     double total, double conf, bool coverage, double& low, double& high,
+                     double& level);
+  // Percentile `pct` of grouped data: nCuts = 1, groups of width cuts[0]
+  // centred on the values; nCuts > 1, groups between the cuts; nCuts = 0,
+  // the values are group centres. flag: -1 fewer than 2 values, 0 computed
+  // (or no group holds the target), 1 below the first centre, 2 above the
+  // last.
+  static void GPTile(long n, double pct, const std::vector<double>& values,
+                     const std::vector<double>& freqs, const std::vector<double>& cuts, long nCuts,
+                     double& result, long& flag);
 };
 
 }  // namespace QXMath_850

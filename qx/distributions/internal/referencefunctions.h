@@ -9,6 +9,7 @@
 
 #include "qx/distributions/internal/referencetable.h"
 #include "qx/distributions/qxdistfun.h"
+#include "qx/matrices/qxmathfun.h"
 
 namespace QXMath_850 {
 namespace internal {
@@ -63,6 +64,33 @@ inline const std::vector<ReferenceFunction>& ReferenceFunctions() {
          return D::NonCentralPdfT(a[0], a[1], a[2], status);
        },
        true},
+      {"pdfbin", "PdfBin",
+       [](A a) {
+         long status;
+         return D::PdfBin(a[0], a[1], a[2], status);
+       }},
+      {"cdfbin", "CdfBin",
+       [](A a) {
+         long status;
+         return D::CdfBin(a[0], a[1], a[2], status);
+       }},
+      {"pdfhyper", "PdfHyper",
+       [](A a) {
+         return D::PdfHyper(static_cast<long>(a[0]), static_cast<long>(a[1]),
+                            static_cast<long>(a[2]), static_cast<long>(a[3]));
+       }},
+      {"cdfhyper", "CDFHyper",
+       [](A a) {
+         int status;
+         return D::CDFHyper(a[0], a[1], a[2], a[3], status);
+       }},
+      {"dnlbnc", "dnlbnc",
+       [](A a) {
+         long status;
+         return D::dnlbnc(a[0], a[1], status);
+       }},
+      {"digamma", "QXMathFun::Digamma", [](A a) { return QXMathFun::Digamma(a[0]); }},
+      {"trigamma", "QXMathFun::Trigamma", [](A a) { return QXMathFun::Trigamma(a[0]); }},
   };
   return functions;
 }

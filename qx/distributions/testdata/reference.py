@@ -712,6 +712,70 @@ def t_noncentral():
     write("noncentralpdft", "NonCentralPdfT(t, df, delta)", rows)
 
 
+def t_discrete():
+    pdf, cdf = [], []
+    for n in [1.0, 5.0, 33.0, 34.0, 100.0, 1000.0, 1e5]:
+        for p in [1e-3, 0.1, 0.5, 0.73, 0.999]:
+            xs = sorted(set(x for x in [0.0, 1.0, math.floor(n * p), math.floor(n / 2), n - 1, n]
+                            if 0 <= x <= n))
+            for x in xs:
+                v = binom_pmf(x, n, p)
+                pdf.append((prob_region(v, n >= 1e5), [x, n, p], v))
+                if x < n:
+                    c = binom_cdf(x + 0.5, n, p)
+                    cdf.append((prob_region(c, n >= 1e5), [x + 0.5, n, p], c))
+    for args in [[1.0, 0.5, 0.5], [1.0, 5.0, 1.5]]:
+        pdf.append(("invalid", args, MISSING))
+        cdf.append(("invalid", args, MISSING))
+    write("pdfbin", "PdfBin(x, n, p)", pdf)
+    write("cdfbin", "CdfBin(x, n, p)", cdf)
+
+    pdf, cdf = [], []
+    for total, a, b in [(10, 3, 4), (50, 20, 7), (500, 250, 100), (500, 10, 400), (2000, 300, 900),
+                        (50000, 1000, 25000), (50000, 20, 300)]:
+        lo, hi = max(0, a + b - total), min(a, b)
+        mean = a * b / total
+        xs = sorted(set(int(x) for x in [lo, lo + 1, (lo + mean) / 2, mean, (mean + hi) / 2,
+                                          hi - 1, hi] if lo <= x <= hi))
+        normal = total > 10000 and 16 * max(b / (total - b), (total - b) / b) < min(a, total - a)
+        for x in xs:
+            v = hyper_pmf(x, total, a, b)
+            pdf.append((prob_region(v, False), [x, total, a, b], v))
+            if x < hi:
+                c = hyper_cdf(x, total, a, b)
+                cdf.append(("normal" if normal else prob_region(c, False), [x, total, a, b], c))
+    pdf.append(("invalid", [5.0, 10.0, 3.0, 4.0], MISSING))
+    cdf.append(("invalid", [1.0, 10.0, 3.5, 4.0], MISSING))
+    cdf.append(("invalid", [1.0, 10.0, 11.0, 4.0], MISSING))
+    write("pdfhyper", "PdfHyper(x, total, a, b)", pdf)
+    write("cdfhyper", "CDFHyper(x, total, a, b)", cdf)
+
+    rows = []
+    for n in [5.0, 20.0, 33.0, 34.0, 100.0, 1e4, 1e8]:
+        for k in sorted(set([1.0, math.floor(n / 3), math.floor(n / 2), n - 1])):
+            rows.append(("small" if n <= 33 else "large", [n, k], lbinom(n, k)))
+    for args in [[3.0, 4.0], [-1.0, 0.0]]:
+        rows.append(("invalid", args, MISSING))
+    write("dnlbnc", "dnlbnc(n, k)", rows)
+
+
+def t_polygamma():
+    dig, trig = [], []
+    xs = [1e-12, 5e-6, 2e-5, 9e-5, 2e-4, 0.01] + frange(0.05, 30.0, 150) + [100.0, 1e4, 1e10]
+    for x in xs:
+        dig.append(("small" if x < 1e-5 else "centre", [x], mp.digamma(x)))
+        trig.append(("small" if x < 1e-4 else "centre", [x], mp.polygamma(1, x)))
+    root = mp.findroot(mp.digamma, 1.46)
+    for d in [1e-8, 1e-4, 1e-2]:
+        for x in [float(root) - d, float(root) + d]:
+            dig.append(("root", [x], mp.digamma(x)))
+    for x in [0.0, -1.0, 1e-17]:
+        dig.append(("invalid", [x], MISSING))
+        trig.append(("invalid", [x], MISSING))
+    write("digamma", "QXMathFun::Digamma(x)", dig)
+    write("trigamma", "QXMathFun::Trigamma(x)", trig)
+
+
 TABLES = {
     "derf": t_derf,
     "derfc": t_derfc,
@@ -723,6 +787,8 @@ TABLES = {
     "beta": t_beta,
     "gamma": t_gamma,
     "noncentral": t_noncentral,
+    "discrete": t_discrete,
+    "polygamma": t_polygamma,
 }
 
 
