@@ -20,8 +20,8 @@ class IIntegrand {
   virtual double operator()(double x) = 0;
 };
 
-// A numerical integration rule over an interval, as used by the noncentral
-// densities and the variate generators.
+// A numerical integration rule over an interval: what callers that need an
+// integral (the variate generators among them) hold.
 class QXCOMMON_API INumIntegration {
  public:
   virtual ~INumIntegration();
