@@ -23,6 +23,11 @@
 #include "qx/matrices/qxsparsevector.h"
 #include "qx/matrices/qxsymmatrix.h"
 
+// Distribution functions and quadrature
+#include "qx/distributions/lobattoquad.h"
+#include "qx/distributions/qxdistfun.h"
+#include "qx/distributions/qxpower.h"
+
 // Accumulators and summaries
 #include "qx/accumulators/qxmeansxproddata.h"
 #include "qx/accumulators/qxmeansxproducts.h"

@@ -60,6 +60,37 @@ class QXCOMMON_API QXMathFun {
   // start + j * stride, summed over j in order; 0.0 for a row outside 0..n-1.
   static double RVD(int n, const std::vector<double>& s, int row, const std::vector<double>& v,
                     int start, int stride);
+
+  // ---- Special functions and searches (qxmathfun_special.cpp).
+
+  // True for finite doubles, the missing value included; NaN and infinities
+  // are not valid.
+  static bool IsValidDouble(double x);
+  // x if |x| >= t, otherwise t with the sign of x: small values are pushed
+  // out to the limit.
+  static double ReplaceIfSmall(double x, double t);
+  // Largest |a[i] - b[i]| / (|b[i]| + d) over the shorter length, with d =
+  // |den|, or 1e-06 when den is 0; 0 for an empty vector.
+  static double VMaxRelDiff(const std::vector<double>& a, const std::vector<double>& b, double den);
+  // Largest |a[i] - b[i]| over the shorter length (a maximum, not a sum).
+  static double VNrm1Diff(const std::vector<double>& a, const std::vector<double>& b);
+  // The largest and second largest value; both missing for an empty vector,
+  // second missing for one element. A value equal to the largest so far
+  // becomes the second.
+  static void FindTwoLargest(const std::vector<double>& values, double& first, double& second);
+  // The same over the values that are not missing.
+  static void FindTwoLargestNonMiss(const std::vector<double>& values, double& first,
+                                    double& second);
+  // Position of value in the ascending values[lo..hi]: -2 for a bad range,
+  // -1 when value lies beyond values[hi] (or at it, with `after`) or before
+  // values[lo-1] (or at it, without `after`); otherwise the index of an
+  // exact hit (plus one with `after`), or the insertion index.
+  static int BinSearch(const std::vector<double>& values, int lo, int hi, double value, bool after);
+  static int BinSearch(const std::vector<int>& values, int lo, int hi, int value, bool after);
+  // Digamma and trigamma by the asymptotic series at x + 10 and the
+  // recurrence; the missing value unless x > 1e-16.
+  static double Digamma(double x);
+  static double Trigamma(double x);
 };
 
 }  // namespace QXMath_850

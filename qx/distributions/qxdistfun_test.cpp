@@ -1,0 +1,274 @@
+// Status rules, exact values, identities and round trips of the central
+// distributions. Accuracy against the reference tables is in
+// qxdistfun_accuracy_test.cpp.
+#include "qx/distributions/qxdistfun.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "qx/foundation/qxmissingvalue.h"
+
+namespace QXMath_850 {
+namespace {
+
+using D = QXDistFun;
+using QXCommon_850::QXMV;
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+bool Miss(double x) {
+  return QXMV::IsMissing(x);
+}
+
+// Calls a computing routine with a stale status and returns (value, status).
+struct Call {
+  double value;
+  long status;
+};
+Call CallWithStaleStatus(const std::function<double(long&)>& f) {
+  long status = 77;
+  const double value = f(status);
+  return {value, status};
+}
+
+TEST(QXDistFunTest, ComputingTierResetsStatusAndPairsErrorsWithMissing) {
+  struct Case {
+    std::string what;
+    std::function<double(long&)> f;
+    long status;
+  };
+  const std::vector<Case> cases = {
+      {"gammad ok", [](long& s) { return D::gammad(2.0, 3.0, true, s); }, 0},
+      {"gammad a=0", [](long& s) { return D::gammad(2.0, 0.0, true, s); }, 1},
+      {"gammad a<0 at x=0", [](long& s) { return D::gammad(0.0, -1.0, false, s); }, 1},
+      {"gammad a NaN", [](long& s) { return D::gammad(1.0, kNaN, true, s); }, 1},
+      {"cdfbet ok", [](long& s) { return D::cdfbet(0.3, 2.0, 3.0, s); }, 0},
+      {"cdfbet b=0 at x=1", [](long& s) { return D::cdfbet(1.0, 2.0, 0.0, s); }, 1},
+      {"cdfexp ok", [](long& s) { return D::cdfexp(1.0, 2.0, s); }, 0},
+      {"cdfexp rate=0", [](long& s) { return D::cdfexp(1.0, 0.0, s); }, 1},
+      {"kvatcdft ok", [](long& s) { return D::kvatcdft(1.5, 4.0, s); }, 0},
+      {"kvatcdft df=0", [](long& s) { return D::kvatcdft(1.5, 0.0, s); }, 1},
+      {"kvatcdft t NaN", [](long& s) { return D::kvatcdft(kNaN, 4.0, s); }, 1},
+      {"kvatcdff ok", [](long& s) { return D::kvatcdff(1.5, 4.0, 6.0, s); }, 0},
+      {"kvatcdff df2<0", [](long& s) { return D::kvatcdff(1.5, 4.0, -6.0, s); }, 1},
+      {"kvatidft ok", [](long& s) { return D::kvatidft(0.9, 4.0, s); }, 0},
+      {"kvatidft p=0", [](long& s) { return D::kvatidft(0.0, 4.0, s); }, 1},
+      {"kvatidft p=1", [](long& s) { return D::kvatidft(1.0, 4.0, s); }, 1},
+      {"kvatidft p NaN", [](long& s) { return D::kvatidft(kNaN, 4.0, s); }, 1},
+      {"kvatidff ok", [](long& s) { return D::kvatidff(0.9, 4.0, 6.0, s); }, 0},
+      {"kvatidff p=1", [](long& s) { return D::kvatidff(1.0, 4.0, 6.0, s); }, 1},
+      {"kvatidff df1=0", [](long& s) { return D::kvatidff(0.5, 0.0, 6.0, s); }, 1},
+      {"kvatidfchi ok", [](long& s) { return D::kvatidfchi(0.9, 4.0, s); }, 0},
+      {"kvatidfchi p=1", [](long& s) { return D::kvatidfchi(1.0, 4.0, s); }, 1},
+      {"kvatidfchi df=0", [](long& s) { return D::kvatidfchi(0.5, 0.0, s); }, 1},
+      {"idfchb ok", [](long& s) { return D::idfchb(0.9, 4.0, 7.0, s); }, 0},
+      {"idfchb x0=0", [](long& s) { return D::idfchb(0.9, 4.0, 0.0, s); }, 1},
+      {"idfchb p below bracket", [](long& s) { return D::idfchb(1e-10, 4.0, 7.0, s); }, 2},
+      {"idfchb p above bracket", [](long& s) { return D::idfchb(0.999999, 4.0, 2.0, s); }, 2},
+      {"PdfT ok", [](long& s) { return D::PdfT(0.5, 3.0, s); }, 0},
+      {"PdfT df=0", [](long& s) { return D::PdfT(0.5, 0.0, s); }, 1},
+  };
+  for (const Case& c : cases) {
+    const Call r = CallWithStaleStatus(c.f);
+    EXPECT_EQ(r.status, c.status) << c.what;
+    EXPECT_EQ(Miss(r.value), r.status > 0) << c.what;
+  }
+}
+
+TEST(QXDistFunTest, PublicTierGivesMissingOnBadInput) {
+  const double bad[] = {
+      D::CdfNorm(1.0, 0.0, 0.0),
+      D::CdfNorm(1.0, 0.0, -1.0),
+      D::PdfNormal(1.0, 0.0, 0.0),
+      D::IdfStdNorm(0.0),
+      D::IdfStdNorm(1.0),
+      D::IdfStdNorm(kNaN),
+      D::IdfNorm(0.5, 1.0, 0.0),
+      D::IdfNorm(1.5, 1.0, 2.0),
+      D::CdfT(1.0, 0.0),
+      D::SigT(1.0, -1.0),
+      D::SigT(kNaN, 3.0),
+      D::IdfT(0.5, 0.0),
+      D::CdfF(1.0, 0.0, 1.0),
+      D::SigF(1.0, 1.0, 0.0),
+      D::IdfF(1.0, 2.0, 3.0),
+      D::CdfChi(1.0, 0.0),
+      D::SigChi(1.0, 0.0),
+      D::IdfChi(1.0, 3.0),
+      D::IdfChi(-0.1, 3.0),
+      D::CdfBeta(0.5, 0.0, 1.0),
+      D::CdfGam(1.0, 0.0, 1.0),
+      D::CdfGam(1.0, 1.0, 0.0),
+      D::IdfGam(1.0, 2.0, 1.0),
+      D::IdfGam(0.5, -1.0, 1.0),
+      D::IdfGam(0.5, 0.0, 1.0),
+      D::IdfGam(0.5, 2.0, 0.0),
+      D::PdfGamma(1.0, 0.0, 1.0),
+      D::PdfGamma(0.0, 0.5, 2.0),
+      D::PdfGamma(1e-320, 0.01, 1.0),  // overflows
+  };
+  for (size_t i = 0; i < sizeof bad / sizeof bad[0]; i++)
+    EXPECT_TRUE(Miss(bad[i])) << "case " << i;
+  // The one neighbour that fails with -1.0 instead.
+  EXPECT_EQ(D::IdfBeta(0.3, -1.0, 1.0), -1.0);
+  EXPECT_EQ(D::betinv(0.3, 1.0, 0.0), -1.0);
+  EXPECT_EQ(D::betinv(1.3, 1.0, 2.0), -1.0);
+  // p = 0 and p = 1 are answered before the arguments are looked at.
+  EXPECT_EQ(D::IdfBeta(0.0, -1.0, 1.0), 0.0);
+  EXPECT_EQ(D::betinv(1.0, 2.0, -3.0), 1.0);
+}
+
+TEST(QXDistFunTest, ExactSpecialValues) {
+  for (double df : {0.3, 1.0, 7.0, 1e9}) {
+    EXPECT_EQ(D::CdfT(0.0, df), 0.5) << df;
+    EXPECT_EQ(D::SigT(0.0, df), 0.5) << df;
+    EXPECT_EQ(D::IdfT(0.5, df), 0.0) << df;
+  }
+  EXPECT_EQ(D::IdfStdNorm(0.5), 0.0);
+  EXPECT_EQ(D::probit(0.5), 0.0);
+  EXPECT_EQ(D::IdfNorm(0.5, -3.25, 9.0), -3.25);
+  EXPECT_EQ(D::prbnrm(0.0), 0.5);
+  EXPECT_EQ(D::derf(0.0), 0.0);
+  EXPECT_EQ(D::derfc(0.0), 1.0);
+  EXPECT_EQ(D::derf(7.0), 1.0);
+  EXPECT_EQ(D::derf(-7.0), -1.0);
+  EXPECT_EQ(D::dnlgam(1.0), 0.0);
+  EXPECT_EQ(D::dnlgam(2.0), 0.0);
+  EXPECT_EQ(D::dnlgam(0.5), 0.5723649429247001);
+  EXPECT_EQ(D::kvatdnlgam(2.0), 0.0);
+  for (double x : {0.0, -1.0, -0.5, -1.5, -2.5, -3.5, -1e300, kNaN})
+    EXPECT_TRUE(Miss(D::dnlgam(x))) << x;
+  EXPECT_EQ(D::PdfGamma(0.0, 1.0, 2.5), 2.5);
+  EXPECT_EQ(D::PdfGamma(0.0, 3.0, 2.5), 0.0);
+  EXPECT_EQ(D::PdfGamma(-1.0, 3.0, 2.5), 0.0);
+  EXPECT_EQ(D::cbtaux(0.0), 1.0);
+  EXPECT_EQ(D::cbtaux(1.0), 0.0);
+  EXPECT_EQ(D::cbtaux(1e200), -1.0);
+  EXPECT_TRUE(Miss(D::cbtaux(-0.5)));
+  EXPECT_EQ(D::IdfChi(0.0, 3.0), 0.0);
+  EXPECT_EQ(D::IdfGam(0.0, 3.0, 2.0), 0.0);
+  EXPECT_EQ(D::IdfF(0.0, 3.0, 2.0), 0.0);
+  // Limits are values with status 0, not errors.
+  long s = 9;
+  EXPECT_EQ(D::gammad(0.0, 2.0, true, s), 0.0);
+  EXPECT_EQ(s, 0);
+  EXPECT_EQ(D::gammad(-3.0, 2.0, false, s), 1.0);
+  EXPECT_EQ(D::cdfbet(0.0, 2.0, 3.0, s), 0.0);
+  EXPECT_EQ(D::cdfbet(1.0, 2.0, 3.0, s), 1.0);
+  EXPECT_EQ(s, 0);
+  EXPECT_EQ(D::cdfbet(0.25, 1.0, 1.0, s), 0.25);
+  EXPECT_EQ(D::CdfChi(-1.0, 3.0), 0.0);
+  EXPECT_EQ(D::SigChi(0.0, 3.0), 1.0);
+  EXPECT_EQ(D::CdfF(0.0, 3.0, 4.0), 0.0);
+  EXPECT_EQ(D::SigF(-2.0, 3.0, 4.0), 1.0);
+  EXPECT_EQ(D::CdfGam(0.0, 3.0, 4.0), 0.0);
+  // A negative sd is not refused by the density: it gives a negative value.
+  EXPECT_DOUBLE_EQ(D::PdfNormal(1.0, 0.0, -2.0), -D::PdfNormal(1.0, 0.0, 2.0));
+}
+
+TEST(QXDistFunTest, IdentitiesBetweenFunctions) {
+  for (double df : {0.7, 1.0, 2.0, 5.5, 40.0, 3000.0}) {
+    for (double t : {-30.0, -2.5, -1.0, -0.4, 0.2, 1.0, 1.3, 8.0}) {
+      SCOPED_TRACE(testing::Message() << "t=" << t << " df=" << df);
+      const double cdf = D::CdfT(t, df), sig = D::SigT(t, df);
+      EXPECT_NEAR(cdf + sig, 1.0, 1e-15);
+      EXPECT_NEAR(D::CdfT(-t, df), sig, 1e-15);
+      // t squared is F(1, df).
+      EXPECT_NEAR(D::CdfF(t * t, 1.0, df), std::fabs(2.0 * cdf - 1.0), 1e-14);
+      // The density is the slope of the cumulative function.
+      long status;
+      const double h = 1e-5 * std::max(1.0, std::fabs(t));
+      const double slope = (D::CdfT(t + h, df) - D::CdfT(t - h, df)) / (2 * h);
+      EXPECT_NEAR(D::PdfT(t, df, status), slope, 1e-7 * std::max(slope, 1e-3));
+    }
+  }
+  for (double df : {0.3, 1.0, 4.0, 25.0, 400.0}) {
+    for (double x : {0.01, 0.5, 3.0, 20.0, 300.0}) {
+      SCOPED_TRACE(testing::Message() << "x=" << x << " df=" << df);
+      EXPECT_NEAR(D::CdfChi(x, df) + D::SigChi(x, df), 1.0, 1e-15);
+      // Chi-square is gamma with shape df/2 and rate 1/2.
+      EXPECT_EQ(D::CdfChi(x, df), D::CdfGam(x, df / 2, 0.5));
+      EXPECT_NEAR(D::CdfF(x, df, 7.0) + D::SigF(x, df, 7.0), 1.0, 1e-14);
+    }
+  }
+  // The exponential is gamma with shape 1.
+  EXPECT_NEAR(D::CdfGam(0.7, 1.0, 3.0), 1.0 - std::exp(-2.1), 2e-16);
+  for (double z : {-9.0, -1.0, 0.3, 4.0})
+    EXPECT_NEAR(D::CdfNorm(3.0 + 2.0 * z, 3.0, 2.0), D::CdfStdNorm(z), 2e-16);
+  EXPECT_NEAR(D::derf(0.8) + D::derfc(0.8), 1.0, 1e-16);
+  EXPECT_NEAR(D::derfc(-0.8), 2.0 - D::derfc(0.8), 1e-16);
+}
+
+TEST(QXDistFunTest, LargeDegreesOfFreedomShortcutIsTheCumulativeOnly) {
+  // Above 1e8 the t cumulative function is the normal one; its upper tail
+  // still runs the beta path.
+  const double t = -2.0, df = 2e8;
+  EXPECT_EQ(D::CdfT(t, df), D::CdfStdNorm(t));
+  EXPECT_NE(D::SigT(-t, df), D::CdfStdNorm(t));
+  // The continued fraction stops at 10 * (a + b) epsilons: about 4e-7 here.
+  EXPECT_NEAR(D::SigT(-t, df), D::CdfStdNorm(t), 1e-6 * D::CdfStdNorm(t));
+  EXPECT_EQ(D::IdfT(0.975, df), D::IdfStdNorm(0.975));
+}
+
+TEST(QXDistFunTest, ChiSquareQuantileFallsBackToBisection) {
+  // In the far lower tail of many degrees of freedom the AS 91 refinement
+  // gives up; the bisection answers with status 0 to its 1e-8 width.
+  for (double df : {50.0, 200.0, 1e4}) {
+    for (double p : {1e-100, 1e-20}) {
+      long status = 5;
+      const double x = D::kvatidfchi(p, df, status);
+      EXPECT_EQ(status, 0) << df << " " << p;
+      EXPECT_NEAR(D::CdfChi(x, df) / p, 1.0, 1e-6 * df) << df << " " << p;
+    }
+  }
+}
+
+TEST(QXDistFunTest, QuantilesInvertTheCumulativeFunctions) {
+  // |F(Q(p)) - p| relative to the smaller tail: the normal to rounding, the
+  // chi-square and gamma to the AS 91 refinement.
+  const double ps[] = {1e-8, 1e-4, 0.01, 0.1, 0.3, 0.5, 0.6, 0.9, 0.99, 0.9999};
+  auto rel = [](double back, double p) { return std::fabs(back - p) / std::min(p, 1 - p); };
+  double worstNorm = 0, worstChi = 0, worstT = 0, worstF = 0;
+  for (double p : ps) {
+    worstNorm = std::max(worstNorm, rel(D::CdfStdNorm(D::IdfStdNorm(p)), p));
+    worstNorm = std::max(worstNorm, rel(D::CdfNorm(D::IdfNorm(p, 2.0, 3.0), 2.0, 3.0), p));
+    for (double df : {0.2, 1.0, 3.0, 30.0, 1000.0}) {
+      worstChi = std::max(worstChi, rel(D::CdfChi(D::IdfChi(p, df), df), p));
+      worstChi = std::max(worstChi, rel(D::CdfGam(D::IdfGam(p, df, 3.0), df, 3.0), p));
+    }
+  }
+  EXPECT_LT(worstNorm, 1e-14);
+  EXPECT_LT(worstChi, 2e-8);
+
+  // betinv stops on Newton steps of 1e-10 (or moves of 1e-12) in the beta
+  // variable, so its round trip is held to the density times that step.
+  for (double p : ps) {
+    for (double a : {0.5, 2.0, 40.0}) {
+      for (double b : {0.7, 3.0, 100.0}) {
+        const double x = D::IdfBeta(p, a, b);
+        const double dens = std::exp((a - 1) * std::log(x) + (b - 1) * std::log1p(-x) -
+                                     D::dnlgam(a) - D::dnlgam(b) + D::dnlgam(a + b));
+        EXPECT_NEAR(D::CdfBeta(x, a, b), p, dens * 2e-10 + 1e-13 * p)
+            << "p=" << p << " a=" << a << " b=" << b;
+      }
+    }
+  }
+  // The t and F quantiles map that step through 1/x - 1, which is well
+  // conditioned away from the extreme tails and tiny degrees of freedom.
+  for (double p : {1e-4, 0.01, 0.1, 0.3, 0.6, 0.9, 0.99, 0.9999}) {
+    for (double df : {1.0, 3.0, 30.0, 1000.0}) {
+      worstT = std::max(worstT, rel(D::CdfT(D::IdfT(p, df), df), p));
+      if (df > 1) worstF = std::max(worstF, rel(D::CdfF(D::IdfF(p, 2.5, df), 2.5, df), p));
+    }
+  }
+  EXPECT_LT(worstT, 1e-7);
+  EXPECT_LT(worstF, 2e-6);
+}
+
+}  // namespace
+}  // namespace QXMath_850
