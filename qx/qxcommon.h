@@ -5,9 +5,12 @@
 
 // Foundation
 #include "qx/foundation/ioexception.h"
+#include "qx/foundation/localeutil.h"
+#include "qx/foundation/mbtoutf8_unix.h"
 #include "qx/foundation/progressreport.h"
 #include "qx/foundation/qxcancelinfo.h"
 #include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/qxdynamicloadedlibrary.h"
 #include "qx/foundation/qxexception.h"
 #include "qx/foundation/qxexport.h"
 #include "qx/foundation/qxmissingvalue.h"
