@@ -23,4 +23,14 @@
 #include "qx/matrices/qxbitset.h"
 #include "qx/matrices/qxmathfun.h"
 
+// Markup and settings
+#include "qx/markup/savexml.h"
+#include "qx/markup/xmlattribute.h"
+#include "qx/markup/xmldoctype.h"
+#include "qx/markup/xmlelement.h"
+#include "qx/markup/xmlinterface.h"
+#include "qx/markup/xmlio.h"
+#include "qx/markup/xmlstring.h"
+#include "qx/markup/xmlutil.h"
+
 #endif  // QX_QXCOMMON_H

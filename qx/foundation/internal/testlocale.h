@@ -24,6 +24,10 @@ namespace internal {
 inline bool UseLocale(const std::string& name, const std::string& source,
                       const std::string& charmap, const std::string& cacheDir, std::string& why) {
   namespace fs = std::filesystem;
+  // The C library remembers a failed look-up for good, so the system's own
+  // locales are tried without LOCPATH, and the compiled folder only once the
+  // locale is surely in it.
+  unsetenv("LOCPATH");
   if (std::setlocale(LC_ALL, name.c_str()) == nullptr) {
     const fs::path target = fs::path(cacheDir) / name;
     std::error_code ec;
@@ -41,10 +45,15 @@ inline bool UseLocale(const std::string& name, const std::string& source,
       if (fs::exists(scratch / "LC_NUMERIC", ec)) fs::rename(scratch, target, ec);
       fs::remove_all(scratch, ec);
     }
-    setenv("LOCPATH", cacheDir.c_str(), 1);
-    if (std::setlocale(LC_ALL, name.c_str()) == nullptr) {
+    if (!fs::exists(target / "LC_NUMERIC", ec)) {
       why = "locale " + name + " is not installed and localedef could not make it from " + source +
             " (install the 'locales' package)";
+      std::setlocale(LC_ALL, "C");
+      return false;
+    }
+    setenv("LOCPATH", cacheDir.c_str(), 1);
+    if (std::setlocale(LC_ALL, name.c_str()) == nullptr) {
+      why = "locale " + name + " was compiled but could not be loaded";
       std::setlocale(LC_ALL, "C");
       return false;
     }
