@@ -63,6 +63,22 @@ std::string QXDecorateLibraryName(const std::string& name) {
   return name.substr(0, split) + "lib" + name.substr(split) + suffix;
 }
 
+// The directory in the path of the first object, from `map` on along the
+// chain, whose path holds `file`; empty if there is none.
+static bool DirectoryInChain(const struct link_map* map, const std::string& file,
+                             std::string& directory) {
+  for (; map != nullptr; map = map->l_next) {
+    if (map->l_name == nullptr) continue;
+    const std::string path(map->l_name);
+    const std::string::size_type hit = path.rfind(file);
+    if (hit != std::string::npos) {
+      directory = path.substr(0, hit);
+      return true;
+    }
+  }
+  return false;
+}
+
 std::string QXGetFullPathName(const std::string& name) {
   const std::string ownFile = QXDecorateLibraryName(std::string("qxcommon") + "850" + "r");
 
@@ -72,19 +88,18 @@ std::string QXGetFullPathName(const std::string& name) {
   bool found = false;
   if (void* self = dlopen(ownFile.c_str(), RTLD_NOW)) {
     struct link_map* map = nullptr;
-    if (dlinfo(self, RTLD_DI_LINKMAP, &map) == 0) {
-      for (; map != nullptr; map = map->l_next) {
-        if (map->l_name == nullptr) continue;
-        const std::string path(map->l_name);
-        const std::string::size_type hit = path.rfind(ownFile);
-        if (hit != std::string::npos) {
-          directory = path.substr(0, hit);
-          found = true;
-          break;
-        }
-      }
-    }
+    if (dlinfo(self, RTLD_DI_LINKMAP, &map) == 0) found = DirectoryInChain(map, ownFile, directory);
     dlclose(self);  // only drops the reference just taken; the library stays loaded
+  } else {
+    // The bare name can fail to resolve (no link under that name, or a
+    // sanitizer's dlopen taking the place of this library as the caller);
+    // the loader's entry for the code running here names the same file.
+    Dl_info info;
+    struct link_map* map = nullptr;
+    if (dladdr1(reinterpret_cast<void*>(&QXGetFullPathName), &info, reinterpret_cast<void**>(&map),
+                RTLD_DL_LINKMAP) != 0) {
+      found = DirectoryInChain(map, ownFile, directory);
+    }
   }
 
   std::string result = name;

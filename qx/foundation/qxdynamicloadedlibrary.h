@@ -30,7 +30,7 @@ class QXCOMMON_API QXDynamicLoadedLibrary {
 
  private:
   void* handle;
-  int mode;
+  [[maybe_unused]] int mode;  // as given; flags holds what it means for loading
   int flags;
   std::string name;
   std::string error;

@@ -1,6 +1,6 @@
-// Writes random trees with hostile strings and reads them back with libxml2:
-// the output must be well-formed and give back the same names, attribute
-// values and texts.
+// Random trees with hostile strings, written and read back by libxml2: the
+// output must be well-formed and give back the same names, attribute values
+// and texts.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,145 +15,102 @@
 #ifdef QX_HAVE_LIBXML2
 #include <libxml/parser.h>
 #include <libxml/tree.h>
-#endif
 
 namespace QXXML_850 {
 namespace {
 
-// What a tree should read back as: texts already merged the way a parser
-// merges adjacent text.
-struct Expected {
-  std::string name;
+// A tree as a parser reports it; a child with an empty name is a text.
+struct Node {
+  std::string name, text;
   std::vector<std::pair<std::string, std::string>> attributes;
-  std::vector<Expected> children;  // an empty name marks a text child
+  std::vector<Node> children;
+};
+
+// Markup characters, blanks in runs, line breaks, entity look-alikes and
+// multibyte UTF-8. Texts leave out "]": "]]>" is not allowed in character
+// data, and text nodes write ">" as it is.
+std::string Hostile(std::mt19937& random, bool attribute) {
+  static const char* const pieces[] = {"&",  "<",     ">",        "\"",           "'", "\t",
+                                       "\n", "\r",    " ",        "  ",           "a", "&amp;",
+                                       ";",  "&#32;", "\xC3\xA9", "\xE2\x82\xAC", "]"};
   std::string text;
-};
+  for (int n = random() % 8; n > 0; --n)
+    text += pieces[random() % (attribute ? 17 : 16)];
+  return text;
+}
 
-class TreeMaker {
- public:
-  explicit TreeMaker(unsigned seed) : random(seed) {}
-
-  XMLElement* Element(Expected& expected, int depth) {
-    static const char* const names[] = {"a", "Item", "x.y", "n-1", "_z", "\xC3\xA9t\xC3\xA9"};
-    expected.name = names[Pick(6)];
-    XMLElement* element = XMLElement::Create(expected.name);
-    const int nAttributes = Pick(4);
-    for (int i = 0; i < nAttributes; ++i) {
-      const std::string name = "at" + std::to_string(i);
-      const std::string value = Hostile(true);
-      element->AddAttribute(name, value);
-      expected.attributes.emplace_back(name, value);
-    }
-    const int nChildren = depth < 4 ? Pick(5) : 0;
-    for (int i = 0; i < nChildren; ++i) {
-      if (Pick(2) == 0) {
-        const std::string text = Hostile(false);
-        element->AddElement(XMLString::Create(text));
-        if (expected.children.empty() || !expected.children.back().name.empty()) {
-          expected.children.push_back(Expected());
-        }
-        expected.children.back().text += text;
-      } else {
-        expected.children.push_back(Expected());
-        element->AddElement(Element(expected.children.back(), depth + 1));
-      }
-    }
-    return element;
+XMLElement* MakeTree(std::mt19937& random, Node& node, int depth) {
+  static const char* const names[] = {"a", "Item", "x.y", "n-1", "_z", "\xC3\xA9t\xC3\xA9"};
+  node.name = names[random() % 6];
+  XMLElement* element = XMLElement::Create(node.name);
+  for (int i = random() % 4; i > 0; --i) {
+    node.attributes.emplace_back("at" + std::to_string(i), Hostile(random, true));
+    element->AddAttribute(node.attributes.back().first, node.attributes.back().second);
   }
-
- private:
-  int Pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(random); }
-
-  // Markup characters, blanks in runs and at the ends, line breaks, entity
-  // look-alikes and multibyte UTF-8. Texts leave out "]", whose "]]>" is not
-  // allowed in character data and is written unescaped.
-  std::string Hostile(bool attribute) {
-    static const char* const pieces[] = {
-        "&",  "<", ">", "\"",    "'",     "\t", "\n",       "\r",           " ",
-        "  ", "a", "Z", "&amp;", "&#32;", ";",  "\xC3\xA9", "\xE2\x82\xAC", "]"};
-    std::string text;
-    const int length = Pick(8);
-    for (int i = 0; i < length; ++i)
-      text += pieces[Pick(attribute ? 18 : 17)];
-    return text;
+  for (int i = depth < 4 ? random() % 5 : 0; i > 0; --i) {
+    node.children.emplace_back();
+    if (random() % 2 == 0) {
+      node.children.back().text = Hostile(random, false);
+      element->AddElement(XMLString::Create(node.children.back().text));
+    } else {
+      element->AddElement(MakeTree(random, node.children.back(), depth + 1));
+    }
   }
-
-  std::mt19937 random;
-};
-
-#ifdef QX_HAVE_LIBXML2
+  return element;
+}
 
 std::string Text(const xmlChar* text) {
   return text == nullptr ? std::string() : reinterpret_cast<const char*>(text);
 }
 
-// A parser reads a carriage return in character data as a line feed.
-std::string AsParsed(std::string text) {
-  std::string out;
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '\r') {
-      out += '\n';
-      if (i + 1 < text.size() && text[i + 1] == '\n') ++i;
-    } else {
-      out += text[i];
-    }
+Node FromParser(const xmlNode* element) {
+  Node node;
+  node.name = Text(element->name);
+  for (const xmlAttr* a = element->properties; a != nullptr; a = a->next) {
+    xmlChar* value = xmlNodeListGetString(element->doc, a->children, 1);
+    node.attributes.emplace_back(Text(a->name), Text(value));
+    xmlFree(value);
   }
-  return out;
+  for (const xmlNode* child = element->children; child != nullptr; child = child->next) {
+    if (child->type == XML_ELEMENT_NODE) node.children.push_back(FromParser(child));
+    if (child->type == XML_TEXT_NODE) node.children.emplace_back().text = Text(child->content);
+  }
+  return node;
 }
 
-// Merged text children, with line feeds removed when `dropLineFeeds` (the
-// line feeds a formatted tree puts ahead of tags are text to a parser).
-std::vector<Expected> Normalised(const std::vector<Expected>& children, bool dropLineFeeds) {
-  std::vector<Expected> out;
-  for (const Expected& child : children) {
+// Texts as a parser gives them: line ends normalised to line feeds, adjacent
+// texts merged, and with `format` the line feeds dropped (those written
+// ahead of tags are text to a parser).
+std::vector<Node> Normalised(const std::vector<Node>& children, bool format) {
+  std::vector<Node> out;
+  for (const Node& child : children) {
     if (!child.name.empty()) {
       out.push_back(child);
       continue;
     }
-    std::string text = AsParsed(child.text);
-    if (dropLineFeeds) text.erase(std::remove(text.begin(), text.end(), '\n'), text.end());
-    if (text.empty()) continue;
-    if (!out.empty() && out.back().name.empty()) {
-      out.back().text += text;
-    } else {
-      out.push_back(Expected());
-      out.back().text = text;
+    std::string text;
+    for (size_t i = 0; i < child.text.size(); ++i) {
+      const bool crlf =
+          child.text[i] == '\r' && i + 1 < child.text.size() && child.text[i + 1] == '\n';
+      if (!crlf) text += child.text[i] == '\r' ? '\n' : child.text[i];
     }
+    if (format) text.erase(std::remove(text.begin(), text.end(), '\n'), text.end());
+    if (text.empty()) continue;
+    if (out.empty() || !out.back().name.empty()) out.emplace_back();
+    out.back().text += text;
   }
   return out;
 }
 
-Expected FromParser(const xmlNode* node) {
-  Expected result;
-  result.name = Text(node->name);
-  for (const xmlAttr* a = node->properties; a != nullptr; a = a->next) {
-    xmlChar* value = xmlNodeListGetString(node->doc, a->children, 1);
-    result.attributes.emplace_back(Text(a->name), Text(value));
-    xmlFree(value);
-  }
-  for (const xmlNode* child = node->children; child != nullptr; child = child->next) {
-    if (child->type == XML_ELEMENT_NODE) {
-      result.children.push_back(FromParser(child));
-    } else if (child->type == XML_TEXT_NODE) {
-      result.children.push_back(Expected());
-      result.children.back().text = Text(child->content);
-    }
-  }
-  return result;
-}
-
-void ExpectSame(const Expected& want, const Expected& got, bool format, const std::string& where) {
-  ASSERT_EQ(got.name, want.name) << where;
-  EXPECT_EQ(got.attributes, want.attributes) << where << "/" << want.name;
-  const std::vector<Expected> wanted = Normalised(want.children, format);
-  const std::vector<Expected> found = Normalised(got.children, format);
-  ASSERT_EQ(found.size(), wanted.size()) << where << "/" << want.name;
+void ExpectSame(const Node& want, const Node& got, bool format) {
+  ASSERT_EQ(got.name, want.name);
+  EXPECT_EQ(got.attributes, want.attributes) << want.name;
+  const std::vector<Node> wanted = Normalised(want.children, format);
+  const std::vector<Node> found = Normalised(got.children, format);
+  ASSERT_EQ(found.size(), wanted.size()) << want.name;
   for (size_t i = 0; i < wanted.size(); ++i) {
-    if (wanted[i].name.empty()) {
-      EXPECT_EQ(found[i].text, wanted[i].text) << where << "/" << want.name << " text " << i;
-    } else {
-      ExpectSame(wanted[i], found[i], format, where + "/" + want.name);
-    }
+    EXPECT_EQ(found[i].text, wanted[i].text) << want.name;
+    ExpectSame(wanted[i], found[i], format);
   }
 }
 
@@ -164,9 +121,9 @@ TEST(XMLElementParseTest, RandomHostileTreesReadBackThroughLibxml2) {
   XMLDocType docType("root", "root.dtd", 0);
   docType.AddExtension("<!ENTITY e \"entity\">");
   for (unsigned seed = 1; seed <= 300; ++seed) {
-    TreeMaker maker(seed);
-    Expected expected;
-    std::unique_ptr<XMLElement> root(maker.Element(expected, 0));
+    std::mt19937 random(seed);
+    Node expected;
+    std::unique_ptr<XMLElement> root(MakeTree(random, expected, 0));
     for (bool format : {false, true}) {
       std::ostringstream out;
       WriteTree(out, seed % 2 == 0 ? &docType : nullptr, root.get(), format);
@@ -174,13 +131,16 @@ TEST(XMLElementParseTest, RandomHostileTreesReadBackThroughLibxml2) {
       xmlDocPtr doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), "tree.xml", nullptr,
                                     XML_PARSE_NONET);
       ASSERT_NE(doc, nullptr) << "not well-formed, seed " << seed << ":\n" << text;
-      ExpectSame(expected, FromParser(xmlDocGetRootElement(doc)), format,
-                 "seed " + std::to_string(seed));
+      SCOPED_TRACE("seed " + std::to_string(seed));
+      ExpectSame(expected, FromParser(xmlDocGetRootElement(doc)), format);
       xmlFreeDoc(doc);
     }
   }
   xmlCleanupParser();
 }
+
+}  // namespace
+}  // namespace QXXML_850
 
 #else
 
@@ -189,6 +149,3 @@ TEST(XMLElementParseTest, RandomHostileTreesReadBackThroughLibxml2) {
 }
 
 #endif
-
-}  // namespace
-}  // namespace QXXML_850
