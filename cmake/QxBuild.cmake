@@ -37,7 +37,8 @@ function(qx_add_tests name)
   target_link_libraries(${target} PRIVATE qxcommon GTest::gtest_main qx_build_flags)
   target_compile_definitions(${target} PRIVATE
     QX_TEST_SHARED_DATA="${QXCOMMON_SHARED_DATA_DIR}"
-    QX_TEST_SOURCE_DIR="${CMAKE_CURRENT_SOURCE_DIR}")
+    QX_TEST_SOURCE_DIR="${CMAKE_CURRENT_SOURCE_DIR}"
+    QX_TEST_BINARY_DIR="${PROJECT_BINARY_DIR}")
   gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${name})
 endfunction()
 

@@ -5,9 +5,12 @@
 
 // Foundation
 #include "qx/foundation/ioexception.h"
+#include "qx/foundation/localeutil.h"
+#include "qx/foundation/mbtoutf8_unix.h"
 #include "qx/foundation/progressreport.h"
 #include "qx/foundation/qxcancelinfo.h"
 #include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/qxdynamicloadedlibrary.h"
 #include "qx/foundation/qxexception.h"
 #include "qx/foundation/qxexport.h"
 #include "qx/foundation/qxmissingvalue.h"
@@ -32,5 +35,15 @@
 #include "qx/accumulators/qxmeansxproddata.h"
 #include "qx/accumulators/qxmeansxproducts.h"
 #include "qx/accumulators/qxprovmeans.h"
+
+// Markup and settings
+#include "qx/markup/savexml.h"
+#include "qx/markup/xmlattribute.h"
+#include "qx/markup/xmldoctype.h"
+#include "qx/markup/xmlelement.h"
+#include "qx/markup/xmlinterface.h"
+#include "qx/markup/xmlio.h"
+#include "qx/markup/xmlstring.h"
+#include "qx/markup/xmlutil.h"
 
 #endif  // QX_QXCOMMON_H

@@ -1,0 +1,210 @@
+#include "qx/markup/xmlio.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "qx/foundation/internal/testlocale.h"
+#include "qx/markup/savexml.h"
+
+namespace QXXML_850 {
+namespace {
+
+// Files of each test in the test temp folder, removed afterwards.
+class XMLIOTest : public ::testing::Test {
+ protected:
+  void Open(std::ifstream& in, const std::string& text) {
+    paths.push_back(::testing::TempDir() + "qxio_" + std::to_string(getpid()) + "_" +
+                    std::to_string(paths.size()));
+    std::ofstream(paths.back(), std::ios::binary) << text;
+    in.open(paths.back(), std::ios::binary);
+  }
+  void TearDown() override {
+    for (const std::string& path : paths)
+      std::remove(path.c_str());
+    QXCommon_850::internal::UseClassicLocale();
+  }
+  std::vector<std::string> paths;
+};
+
+TEST_F(XMLIOTest, RoundTripOfEveryKindWithTheDocumentedLosses) {
+  std::ostringstream out;
+  StartDocument(out);
+  StartRoot(out, "c");
+  const XMLObj obj("QXOuter", 1);
+  obj.StartObj(out);
+  obj.WriteSubElement(out, -2147483647 - 1);
+  obj.WriteSubElement(out, 4294967295u);
+  obj.WriteSubElement(out, true);
+  for (long v : {-999999999999999L, 1234567890123456L})
+    obj.WriteSubElement(out, v);
+  for (double v : {1.0 / 3.0, MV::gMissingValue, std::nan(""), -1e-300}) {
+    obj.WriteSubElement(out, v);
+  }
+  for (const char* s : {"", "  ", "a&b<c>\"d\"\te\nf"})
+    obj.WriteSubElement(out, s);
+  obj.WriteSubElement(out, std::string(235, 'x'));  // a line of 255 characters
+  obj.WriteSubElement(out, std::string(236, 'y'));  // one more than a line can hold
+  obj.EndObj(out);
+  EndRoot(out);
+
+  std::ifstream in;
+  Open(in, out.str());
+  ASSERT_TRUE(ParseStartXML(in) && ParseStartObj(in, "QXOuter"));
+  int i;
+  unsigned int u;
+  bool b = false;
+  long l[2];
+  double d[4];
+  std::string s[4];
+  EXPECT_TRUE(ParseValue(in, i) && ParseValue(in, u) && ParseValue(in, b));
+  for (long& v : l)
+    EXPECT_TRUE(ParseValue(in, v));
+  for (double& v : d)
+    EXPECT_TRUE(ParseValue(in, v));  // "nan" doesn't parse, and no failure
+  for (std::string& v : s)
+    EXPECT_TRUE(ParseValue(in, v));
+  EXPECT_EQ(i, -2147483647 - 1);
+  EXPECT_EQ(u, 4294967295u);
+  EXPECT_TRUE(b);
+  EXPECT_EQ(l[0], -999999999999999L);
+  EXPECT_EQ(l[1], 1);          // written as 1.23456789012346e+15, read up to the point
+  EXPECT_NE(d[0], 1.0 / 3.0);  // 15 digits
+  EXPECT_NEAR(d[0], 1.0 / 3.0, 1e-15);
+  EXPECT_EQ(d[1], MV::gMissingValue);
+  EXPECT_FALSE(std::isnan(d[2]));
+  EXPECT_EQ(d[3], -1e-300);
+  EXPECT_EQ(s[0], "");
+  EXPECT_EQ(s[1], "&#32;&#32;");  // entities are not decoded
+  EXPECT_EQ(s[2], "a&amp;b&lt;c&gt;&quot;d&quot;&#9;e&#10;f");
+  EXPECT_EQ(s[3], std::string(235, 'x'));
+  EXPECT_FALSE(ParseValue(in, s[3]));
+  EXPECT_EQ(s[3], std::string(235, 'x'));
+  EXPECT_FALSE(ParseEndObj(in));  // the stream has failed for good
+}
+
+TEST_F(XMLIOTest, WrongElementsEmptyLinesAndEndOfFile) {
+  // Each case: the lines one call reads, the call, whether it succeeds, and
+  // the value of the call's target afterwards (targets start at 1, 1, 1.5).
+  const struct {
+    const char* lines;
+    char call;  // b bool, i int, d double, o <Obj name="QXA">, e </Obj>
+    bool ok;
+    double value;
+  } cases[] = {
+      {"<Int value=\"2\"/>", 'b', false, 1},  // 2 is not a bool: the target stays
+      {"<Int value=\"2\"/>", 'i', true, 2},
+      {"<Int value=\"7\"/>", 'd', false, 1.5},  // the element name must match
+      {"<Long value=\"5\"/>", 'i', false, 2},
+      {"<Int  value=\"5\"/>", 'i', false, 2},  // the attribute follows one blank
+      {"<Int value=", 'i', false, 2},          // a number needs a value
+      {"<Int value=\"abc\"/>", 'i', true, 0},  // which is 0 if it doesn't parse
+      {"\n<Obj name=\"QXA\">", 'o', true, 0},  // one empty line is forgiven
+      {"\t</Obj>", 'e', true, 0},
+      {"\n", 'o', false, 0},  // two are not
+      {"<Obj name=\"QXB\">", 'o', false, 0},
+      {"", 'i', false, 0},  // nor is one ahead of a value
+      {"</QXXMLRoot>", 'e', false, 0},
+      {"", 'e', false, 0},  // end of file
+  };
+  std::string text;
+  for (const auto& c : cases)
+    text += std::string(c.lines) + "\n";
+  std::ifstream in;
+  Open(in, text.substr(0, text.size() - 2));
+  bool b = true;
+  int i = 1;
+  double d = 1.5;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.lines);
+    switch (c.call) {
+      case 'b':
+        EXPECT_EQ(ParseValue(in, b), c.ok);
+        EXPECT_EQ(b, c.value != 0);
+        break;
+      case 'i':
+        EXPECT_EQ(ParseValue(in, i), c.ok);
+        EXPECT_EQ(i, c.value);
+        break;
+      case 'd':
+        EXPECT_EQ(ParseValue(in, d), c.ok);
+        EXPECT_EQ(d, c.value);
+        break;
+      case 'o':
+        EXPECT_EQ(ParseStartObj(in, "QXA"), c.ok);
+        break;
+      case 'e':
+        EXPECT_EQ(ParseEndObj(in), c.ok);
+        break;
+    }
+  }
+  std::ifstream header;
+  Open(header, "<?xml version=\"1.0\"?>\n<!DOCTYPE QXXMLRoot>\n<Other>\n");
+  EXPECT_FALSE(ParseStartXML(header));
+}
+
+TEST_F(XMLIOTest, UnsignedValuesFollowTheCLocale) {
+  const std::string lines =
+      "<Int value=\"1.2e+3\"/>\n<Int value=\"-1\"/>\n<Int value=\"1e300\"/>\n<Double "
+      "value=\"0.5\"/>";
+  unsigned int u[3];
+  double d = 0.0;
+  std::ifstream in;
+  Open(in, lines);
+  for (unsigned int& v : u)
+    EXPECT_TRUE(ParseValue(in, v));
+  EXPECT_TRUE(ParseValue(in, d));
+  EXPECT_EQ(u[0], 1200u);
+  EXPECT_EQ(u[1], 4294967295u);
+  EXPECT_EQ(u[2], 0u);  // out of range, and no undefined conversion
+  EXPECT_EQ(d, 0.5);
+
+  std::string why;
+  if (!QXCommon_850::internal::UseLocale("de_DE.UTF-8", "de_DE", "UTF-8",
+                                         QX_TEST_BINARY_DIR "/test-locales", why)) {
+    GTEST_SKIP() << why;
+  }
+  // A decimal comma cuts the text at the point; doubles and the writer keep
+  // the classic locale.
+  std::ifstream comma;
+  Open(comma, lines);
+  for (unsigned int& v : u)
+    EXPECT_TRUE(ParseValue(comma, v));
+  EXPECT_TRUE(ParseValue(comma, d));
+  EXPECT_EQ(u[0], 1u);
+  EXPECT_EQ(d, 0.5);
+  std::ostringstream out;
+  XMLObj("QXA", 0).WriteSubElement(out, 2.5);
+  EXPECT_EQ(out.str(), "\n\t<Double value=\"2.5\"/>");
+}
+
+TEST_F(XMLIOTest, TwoThreadsReadTwoFilesAtOnce) {
+  const int count = 3000;
+  std::ifstream files[2];
+  for (int f = 0; f < 2; ++f) {
+    std::ostringstream out;
+    for (int k = 0; k < count; ++k)
+      XMLObj("", 0).WriteSubElement(out, std::to_string(f * count + k));
+    Open(files[f], out.str().substr(1));
+  }
+  int wrong[2] = {0, 0};
+  auto reader = [&](int f) {
+    std::string s;
+    for (int k = 0; k < count; ++k) {
+      if (!ParseValue(files[f], s) || s != std::to_string(f * count + k)) ++wrong[f];
+    }
+  };
+  std::thread first(reader, 0), second(reader, 1);
+  first.join();
+  second.join();
+  EXPECT_EQ(wrong[0] + wrong[1], 0);
+}
+
+}  // namespace
+}  // namespace QXXML_850

@@ -1,0 +1,36 @@
+#include "qx/markup/xmlstring.h"
+
+#include "qx/markup/xmlutil.h"
+
+namespace QXXML_850 {
+
+XMLString::XMLString(const std::string& text) : value(text) {}
+
+XMLString* XMLString::Create(const std::string& value) {
+  return new XMLString(value);
+}
+
+int XMLString::ToString(std::string& out, ExportFormat& format) const {
+  std::string text = value;
+  XMLUtil::ReplaceAll(text, XMLUtil::AMPERSAND, XMLUtil::XML_AMPERSAND);
+  XMLUtil::ReplaceAll(text, XMLUtil::LESS_THAN, XMLUtil::XML_LESS_THAN);
+  out += text;
+  format.SetIsNewParagraph(false);
+  return 0;
+}
+
+int XMLString::ToStream(std::ostream& os, ExportFormat& format, bool utf8) const {
+  std::string text;
+  ToString(text, format);
+  return utf8 ? WriteUTF(os, text) : Write(os, text);
+}
+
+XMLString* XMLString::Clone() const {
+  return new XMLString(value);
+}
+
+const std::string& XMLString::GetValue() const {
+  return value;
+}
+
+}  // namespace QXXML_850
