@@ -12,7 +12,11 @@
 #include "qx/foundation/qxexport.h"
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/foundation/qxquerycancel.h"
+#include "qx/foundation/qxrawrecord.h"
+#include "qx/foundation/qxrecord.h"
 #include "qx/foundation/qxstatusshared.h"
+#include "qx/foundation/qxvalue.h"
+#include "qx/foundation/qxvaluerecord.h"
 #include "qx/foundation/qxwarnings.h"
 
 // Dense matrices
