@@ -24,7 +24,8 @@ class ScriptedQuery : public QXCommon_850::QXQueryCancel {
 TEST(QXCancelInfoTest, WithoutQueryOnlySetCancelCancels) {
   QXCancelInfo info(nullptr);
   EXPECT_EQ(info.GetCancelPtr(), nullptr);
-  for (int i = 0; i < 3; ++i) EXPECT_FALSE(info.IsCancel());
+  for (int i = 0; i < 3; ++i)
+    EXPECT_FALSE(info.IsCancel());
   EXPECT_FALSE(info.WillCancel());
   info.SetCancel();
   EXPECT_TRUE(info.WillCancel());

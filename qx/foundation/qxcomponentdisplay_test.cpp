@@ -70,7 +70,8 @@ TEST_F(DisplayTest, TimeStampShape) {
 
 TEST_F(DisplayTest, ListFormWrapsAfterTenElements) {
   std::vector<int> eleven;
-  for (int i = 1; i <= 11; ++i) eleven.push_back(i);
+  for (int i = 1; i <= 11; ++i)
+    eleven.push_back(i);
   DisplayIV("ints", eleven);
   EXPECT_EQ(Take(), "\nints (size = 11)\n  1 2 3 4 5 6 7 8 9 10\n  11");
 

@@ -39,8 +39,6 @@ TEST(RawRecordTest, CellsStartInitialAndCopyAsAWhole) {
   longer = r;
   EXPECT_EQ(longer.Size(), 2);
   EXPECT_EQ(longer[1].third, 2.5);
-  longer = longer;
-  EXPECT_EQ(longer[1].first, 4);
 
   // Resize to another size leaves only initial cells.
   EXPECT_TRUE(r.Resize(2));
