@@ -24,4 +24,13 @@
 #include "qx/matrices/qxbitset.h"
 #include "qx/matrices/qxmathfun.h"
 
+// Markup and settings
+#include "qx/markup/iqxsettingvalue.h"
+#include "qx/markup/qxnumvalue.h"
+#include "qx/markup/qxsetting.h"
+#include "qx/markup/qxsettinglistvalue.h"
+#include "qx/markup/qxsettings.h"
+#include "qx/markup/qxstrvalue.h"
+#include "qx/markup/qxvecvalue.h"
+
 #endif  // QX_QXCOMMON_H
