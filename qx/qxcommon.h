@@ -15,7 +15,11 @@
 #include "qx/foundation/qxexport.h"
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/foundation/qxquerycancel.h"
+#include "qx/foundation/qxrawrecord.h"
+#include "qx/foundation/qxrecord.h"
 #include "qx/foundation/qxstatusshared.h"
+#include "qx/foundation/qxvalue.h"
+#include "qx/foundation/qxvaluerecord.h"
 #include "qx/foundation/qxwarnings.h"
 
 // Dense matrices
@@ -45,5 +49,14 @@
 #include "qx/markup/xmlio.h"
 #include "qx/markup/xmlstring.h"
 #include "qx/markup/xmlutil.h"
+
+// Markup and settings
+#include "qx/markup/iqxsettingvalue.h"
+#include "qx/markup/qxnumvalue.h"
+#include "qx/markup/qxsetting.h"
+#include "qx/markup/qxsettinglistvalue.h"
+#include "qx/markup/qxsettings.h"
+#include "qx/markup/qxstrvalue.h"
+#include "qx/markup/qxvecvalue.h"
 
 #endif  // QX_QXCOMMON_H
