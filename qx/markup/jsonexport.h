@@ -13,22 +13,25 @@ namespace QXXML_850 {
 // component uses the four Create... factories to hand a piece of text over
 // for display to a machine reader, which relies on the exact layout below.
 //
-// Layout of GetJsonString: an object is "{\n", then one line per member in
-// key order, each a tab, the quoted key, " : " and the value, with ",\n"
-// between members and "\n" after the last, then "}\n". A list is "[", its
-// elements joined by ",\n", then "]". Nesting adds no indentation, and a
-// nested object ends in its own line feed, so the separator after it stands
-// on a line of its own.
+// Layout of GetJsonString: an object is "{\n", then its members in key
+// order, each a tab, the quoted key, " : " and the value, with ",\n" between
+// members and "\n" after the last, then "}\n". A list is "[", its elements
+// joined by ",\n", then "]". Nesting adds no indentation, and a nested
+// object ends in its own line feed, so the separator after it stands on a
+// line of its own.
 //
 // The text is JSON only for well-behaved content, and is kept so on purpose:
 // - keys and strings go out as they are, nothing escaped: a quote, a
 //   backslash or a control character (tab, line feed) in them gives text
-//   that is not JSON, and bytes that are not UTF-8 pass through;
+//   that is not JSON or reads back differently, and bytes that are not
+//   UTF-8 pass through;
 // - numbers are "%.15g" with a point, whatever the locale: infinities and
 //   NaN print as "inf", "-inf", "nan", which are not JSON; 15 digits don't
 //   bring every double back exactly, and the missing-value sentinel prints
 //   as -1.79769313486232e+308, beyond the largest double, so a reader of
 //   doubles takes it for minus infinity.
+// A whole number is added as a double (an int matches double and bool
+// alike); a pointer other than const char* would become a boolean.
 class QXCOMMON_API JsonObject {
  public:
   // An empty object (type 4).
