@@ -1,7 +1,8 @@
 // How a component takes its configuration from QXSettings and its rows of data
 // as ValueRecords: it reads typed settings, falls back on defaults for those
 // that are absent, tells the caller clearly about a setting of the wrong
-// kind, and prints its results through the diagnostic display functions.
+// kind, prints its results through the diagnostic display functions, and
+// hands them over for display as one JSON text built from JsonObject.
 //
 // The analysis is a weighted summary (mean and standard deviation) of chosen
 // fields, with listwise deletion of rows that have a missing field.
@@ -17,6 +18,7 @@
 using QXCommon_850::Value;
 using QXCommon_850::ValueRecord;
 using QXXML_850::IQXSettingValue;
+using QXXML_850::JsonObject;
 using QXXML_850::QXSetting;
 using QXXML_850::QXSettings;
 using QXXML_850::QXVecValue;
@@ -151,6 +153,22 @@ std::vector<ValueRecord> SampleRows() {
   return rows;
 }
 
+// The results as a component hands them over for display: one JSON text, a
+// list of the display shapes. A mean without data goes out as text, since the
+// missing-value sentinel as a JSON number would read as minus infinity.
+JsonObject DisplayTexts(const SummaryOptions& options, const Summary& summary) {
+  JsonObject texts(std::vector<JsonObject>{JsonObject::CreateStringText(
+      "Weight", options.weightField.empty() ? "none" : options.weightField)});
+  texts.AddToList(JsonObject::CreateStringText("Rows used", std::to_string(summary.rowsUsed)));
+  for (size_t j = 0; j < options.fields.size(); ++j) {
+    texts.AddToList(JsonObject::CreateVariableText(options.fields[j]));
+    texts.AddToList(summary.rowsUsed > 0
+                        ? JsonObject::CreateNumDataText(options.fields[j], summary.means[j])
+                        : JsonObject::CreateStringDataText(options.fields[j], "no data"));
+  }
+  return texts;
+}
+
 void Run(const std::string& title, const QXSettings& settings) {
   using namespace QXDisplay_850;
   DisplayText(1, title);
@@ -177,6 +195,8 @@ void Run(const std::string& title, const QXSettings& settings) {
          << summary.deviations[j];
     DisplayText(1, line.str());
   }
+  DisplayText(1, "Display text:");
+  DisplayText(1, DisplayTexts(options, summary).GetJsonString(true));
   DisplayText(1, "");
 }
 

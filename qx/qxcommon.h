@@ -52,6 +52,7 @@
 
 // Markup and settings
 #include "qx/markup/iqxsettingvalue.h"
+#include "qx/markup/jsonexport.h"
 #include "qx/markup/qxnumvalue.h"
 #include "qx/markup/qxsetting.h"
 #include "qx/markup/qxsettinglistvalue.h"
