@@ -41,16 +41,6 @@
 #include "qx/accumulators/qxprovmeans.h"
 
 // Markup and settings
-#include "qx/markup/savexml.h"
-#include "qx/markup/xmlattribute.h"
-#include "qx/markup/xmldoctype.h"
-#include "qx/markup/xmlelement.h"
-#include "qx/markup/xmlinterface.h"
-#include "qx/markup/xmlio.h"
-#include "qx/markup/xmlstring.h"
-#include "qx/markup/xmlutil.h"
-
-// Markup and settings
 #include "qx/markup/iqxsettingvalue.h"
 #include "qx/markup/jsonexport.h"
 #include "qx/markup/qxnumvalue.h"
@@ -59,5 +49,13 @@
 #include "qx/markup/qxsettings.h"
 #include "qx/markup/qxstrvalue.h"
 #include "qx/markup/qxvecvalue.h"
+#include "qx/markup/savexml.h"
+#include "qx/markup/xmlattribute.h"
+#include "qx/markup/xmldoctype.h"
+#include "qx/markup/xmlelement.h"
+#include "qx/markup/xmlinterface.h"
+#include "qx/markup/xmlio.h"
+#include "qx/markup/xmlstring.h"
+#include "qx/markup/xmlutil.h"
 
 #endif  // QX_QXCOMMON_H
