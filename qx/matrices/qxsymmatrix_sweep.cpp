@@ -137,6 +137,23 @@ void SubstituteBoth(const std::vector<double>& a, int n, const std::vector<doubl
   }
 }
 
+// The CholInverse overloads: copies `source` into `inverse` (which must be
+// dense), factors the copy with `factor`, then inverts the factor and forms
+// L^-T L^-1 in place. The number of rows kept, or factor's negative code.
+template <typename Factor>
+int FactorAndInvert(const QXSymMatrix& source, IQXSymMatrix& inverse, Factor factor) {
+  if (inverse.GetType() != 0) return -1;
+  const int n = source.QXSymMatrix::GetNRows();  // this class's count, not an override's
+  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
+  target = source;
+  const int r = factor(target);
+  if (r < 0) return r;
+  double det[2] = {0.0, 0.0};
+  target.LTDetInverse(det, 10);
+  target.LTLTransL();
+  return n - r;
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------------------
@@ -547,46 +564,25 @@ bool QXSymMatrix::LTInverse() {
 
 int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol,
                              IQXSymMatrix& inverse) const {
-  if (inverse.GetType() != 0) return -1;
-  const int n = nRows;
-  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
-  target = *this;
-  const int r = target.LTChol(diag, tol, false);
-  if (r < 0) return r;
-  double det[2] = {0.0, 0.0};
-  target.LTDetInverse(det, 10);
-  target.LTLTransL();
-  return n - r;
+  return FactorAndInvert(*this, inverse,
+                         [&](QXSymMatrix& target) { return target.LTChol(diag, tol, false); });
 }
 
 int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol, IQXSymMatrix& inverse,
                              QXBitSet& nonRedundant) const {
-  if (inverse.GetType() != 0) return -1;
-  const int n = nRows;
-  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
-  target = *this;
-  const int r = target.LTChol(diag, tol, nonRedundant, false);
-  if (r < 0) return r;
-  double det[2] = {0.0, 0.0};
-  target.LTDetInverse(det, 10);
-  target.LTLTransL();
-  return n - r;
+  return FactorAndInvert(*this, inverse, [&](QXSymMatrix& target) {
+    return target.LTChol(diag, tol, nonRedundant, false);
+  });
 }
 
 int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol, IQXSymMatrix& inverse,
                              double& minPivot) const {
   minPivot = QXMV::Missing();
-  if (inverse.GetType() != 0) return -1;
-  const int n = nRows;
-  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
-  target = *this;
-  const int r = target.LTChol(diag, tol, false);
-  if (r < 0) return r;
-  if (target.nRows > 0) minPivot = SmallestDiagonal(target.data, target.nRows);
-  double det[2] = {0.0, 0.0};
-  target.LTDetInverse(det, 10);
-  target.LTLTransL();
-  return n - r;
+  return FactorAndInvert(*this, inverse, [&](QXSymMatrix& target) {
+    const int r = target.LTChol(diag, tol, false);
+    if (r >= 0 && target.nRows > 0) minPivot = SmallestDiagonal(target.data, target.nRows);
+    return r;
+  });
 }
 
 int QXSymMatrix::LTSolve(const std::vector<double>& b, double tol, std::vector<double>& x) {
