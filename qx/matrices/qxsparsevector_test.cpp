@@ -14,8 +14,6 @@
 namespace QXMath_850 {
 namespace {
 
-using QXCommon_850::internal::CaptureDisplay;
-
 using QXCommon_850::QXMV;
 using IVec = std::vector<int>;
 using Vec = std::vector<double>;
@@ -60,7 +58,7 @@ TEST(QXSparseVectorTest, ValidityAccessAndMergedDotProduct) {
   EXPECT_EQ(v.ConvertToRegularVector(regular), 7);
   EXPECT_EQ(regular, Vec({0.0, 1.0, 0.0, 2.0, 0.0, 0.0, 0.0}));
 
-  const std::string text = CaptureDisplay([&] { v.Display(); });
+  const std::string text = QXCommon_850::internal::CaptureDisplay([&] { v.Display(); });
   EXPECT_EQ(text.rfind("\nQXSparseVector display start\nNumber of sparse vector elements = 2", 0),
             0u);
 }

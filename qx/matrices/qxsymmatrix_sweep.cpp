@@ -137,6 +137,31 @@ void SubstituteBoth(const std::vector<double>& a, int n, const std::vector<doubl
   }
 }
 
+// The start of SweepOnSelected and SweepOnMany: an empty record of swept rows
+// is sized to the matrix, and the reference diagonal is the caller's array or
+// else a copy of the matrix's own, kept in `local`.
+double* PrepareBulkSweep(const QXSymMatrix& a, double* diag, std::vector<double>& local,
+                         QXBitSet& swept) {
+  if (diag == nullptr) {
+    a.GetDiagonal(local);
+    diag = local.data();
+  }
+  if (swept.Size() == 0) swept.Resize(a.QXSymMatrix::GetNRows(), false);
+  return diag;
+}
+
+// The last check of the checked bulk sweeps: a negative reference diagonal
+// is refused; otherwise it is floored at 1, in the caller's array.
+bool CheckAndFloorDiagonal(double* diag, int n) {
+  for (int i = 0; i < n; ++i) {
+    if (diag[i] < 0.0) return false;
+  }
+  for (int i = 0; i < n; ++i) {
+    if (diag[i] < 1.0) diag[i] = 1.0;
+  }
+  return true;
+}
+
 // The CholInverse overloads: copies `source` into `inverse` (which must be
 // dense), factors the copy with `factor`, then inverts the factor and forms
 // L^-T L^-1 in place. The number of rows kept, or factor's negative code.
@@ -333,22 +358,13 @@ bool QXSymMatrix::SweepOrig(int k, double tol, const std::vector<double>& diag, 
 bool QXSymMatrix::SweepOnSelected(const std::vector<int>& rows, double tol, QXBitSet& swept,
                                   bool check, double* diag) {
   std::vector<double> local;
-  if (diag == nullptr) {
-    GetDiagonal(local);
-    diag = local.data();
-  }
-  if (swept.Size() == 0) swept.Resize(nRows, false);
+  diag = PrepareBulkSweep(*this, diag, local, swept);
   if (check) {
-    for (int i = 0; i < nRows; ++i) {
-      if (diag[i] < 0.0) return false;
-    }
     if (swept.Size() < nRows) return false;
     for (int row : rows) {
       if (row < 0 || row >= nRows) return false;
     }
-    for (int i = 0; i < nRows; ++i) {
-      if (diag[i] < 1.0) diag[i] = 1.0;
-    }
+    if (!CheckAndFloorDiagonal(diag, nRows)) return false;
   }
   for (int row : rows)
     Sweep(row, tol, diag, swept, false);
@@ -358,21 +374,12 @@ bool QXSymMatrix::SweepOnSelected(const std::vector<int>& rows, double tol, QXBi
 bool QXSymMatrix::SweepOnMany(int count, double tol, bool pivotBefore, QXBitSet& swept,
                               double& logDet, bool check, double* diag) {
   std::vector<double> local;
-  if (diag == nullptr) {
-    GetDiagonal(local);
-    diag = local.data();
-  }
-  if (swept.Size() == 0) swept.Resize(nRows, false);
+  diag = PrepareBulkSweep(*this, diag, local, swept);
   if (check) {
     if (count < 1 || count > nRows) return false;
     if (tol <= 0.0) return false;
-    for (int i = 0; i < nRows; ++i) {
-      if (diag[i] < 0.0) return false;
-    }
     if (count > swept.Size()) return false;
-    for (int i = 0; i < nRows; ++i) {
-      if (diag[i] < 1.0) diag[i] = 1.0;
-    }
+    if (!CheckAndFloorDiagonal(diag, nRows)) return false;
   }
   logDet = 0.0;
   for (int i = 0; i < count; ++i)
