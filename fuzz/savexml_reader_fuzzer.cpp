@@ -8,7 +8,6 @@
 // Besides the sanitizers, the target checks what callers rely on: a failed
 // ParseValue leaves its target as it was, a string read back holds none of
 // the characters that end a value, and "Missing" reads as the missing value.
-#include <unistd.h>
 
 #include <cstdint>
 #include <cstdio>
@@ -18,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/scratchfile.h"
 #include "qx/markup/savexml.h"
 #include "qx/markup/xmlio.h"
 
@@ -251,27 +251,20 @@ void Guided(Reader& r, const std::string& data) {
   }
 }
 
-std::string gPath;
-
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  char pattern[] = "/tmp/qx_savexml_fuzz_XXXXXX";
-  const int fd = mkstemp(pattern);
-  if (fd < 0) std::abort();
-  close(fd);
-  gPath = pattern;
-  std::atexit([] { std::remove(gPath.c_str()); });
+  qxfuzz::MakeScratchFile("/tmp/qx_savexml_fuzz_XXXXXX");
   return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   const std::string data(reinterpret_cast<const char*>(bytes), size);
   {
-    std::ofstream out(gPath, std::ios::binary | std::ios::trunc);
+    std::ofstream out(qxfuzz::ScratchPath(), std::ios::binary | std::ios::trunc);
     out << data;
   }
-  std::ifstream in(gPath, std::ios::binary);
+  std::ifstream in(qxfuzz::ScratchPath(), std::ios::binary);
   Reader reader(in);
   bool (*const readers[])(Reader&) = {
       URandom,       VarList,

@@ -6,7 +6,6 @@
 // missing value as itself, and strings as their escaped text, unless the
 // line is longer than the reader takes, in which case the read fails.
 #include <fuzzer/FuzzedDataProvider.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <cstdint>
@@ -17,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/scratchfile.h"
 #include "qx/markup/savexml.h"
 #include "qx/markup/xmlio.h"
 #include "qx/markup/xmlutil.h"
@@ -42,8 +42,6 @@ struct Field {
   std::string text;
 };
 
-std::string gPath;
-
 // How long the reader will find the line of a field or an object's start; for
 // numbers, an upper bound (no number's text is longer than 25 characters).
 size_t LineLength(const Field& f) {
@@ -55,12 +53,7 @@ size_t LineLength(const Field& f) {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  char pattern[] = "/tmp/qx_roundtrip_fuzz_XXXXXX";
-  const int fd = mkstemp(pattern);
-  if (fd < 0) std::abort();
-  close(fd);
-  gPath = pattern;
-  std::atexit([] { std::remove(gPath.c_str()); });
+  qxfuzz::MakeScratchFile("/tmp/qx_roundtrip_fuzz_XXXXXX");
   return 0;
 }
 
@@ -69,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   std::vector<Field> fields;
   std::vector<XMLObj> open;
   {
-    std::ofstream out(gPath, std::ios::binary | std::ios::trunc);
+    std::ofstream out(qxfuzz::ScratchPath(), std::ios::binary | std::ios::trunc);
     open.emplace_back("QXFuzz", 0);
     open.back().StartObj(out);
     while (data.remaining_bytes() > 0 && fields.size() < 2000) {
@@ -123,7 +116,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     }
   }
 
-  std::ifstream in(gPath, std::ios::binary);
+  std::ifstream in(qxfuzz::ScratchPath(), std::ios::binary);
   Require(ParseStartObj(in, "QXFuzz"), "the outer object");
   for (const Field& f : fields) {
     // A field whose bytes the reader can't take as one line ends the check.

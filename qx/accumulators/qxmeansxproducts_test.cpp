@@ -12,7 +12,7 @@
 
 #include "qx/accumulators/qxmeansxproddata.h"
 #include "qx/accumulators/qxprovmeans.h"
-#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/internal/testutil.h"
 #include "qx/matrices/qxbitset.h"
 #include "qx/matrices/qxrectmatrix.h"
 #include "qx/matrices/qxsymmatrix.h"
@@ -281,11 +281,7 @@ TEST(QXMeansXProductsTest, ConstantColumnsExactZerosAndRefusals) {
   EXPECT_TRUE(SameState(pooled, twoPass));
   EXPECT_FALSE(pooled.Merge(std::vector<const QXMeansXProdData*>{nullptr}));
 
-  std::ostringstream text;
-  QXDisplay_850::SetOutStream(text);
-  acc.Display();
-  QXDisplay_850::SetOutStream(std::cout);
-  const std::string s = text.str();
+  const std::string s = QXCommon_850::internal::CaptureDisplay([&] { acc.Display(); });
   EXPECT_EQ(s.rfind("\nQXMeansXProducts display start\nQXMeansXProdData display start\n"
                     "Number of variables = 3\nIntercept indicator = ",
                     0),

@@ -13,6 +13,33 @@ using QXCommon_850::QXMV;
 using QXCommon_850::QXStatus;
 using QXCommon_850::QXWarnings;
 
+namespace {
+
+// One end of Integrate's range pulled in toward the pivot p, for an end where
+// |f| is below thr: the distance from p is halved until |f| there reaches thr
+// or the step no longer moves off p (|f(p)| itself is below thr), and the end
+// becomes p plus or minus twice that distance. Sets failed on a missing value.
+double PullEndIn(IIntegrand& f, double p, double end, bool right, double thr, bool& failed) {
+  const double fe = f(end);
+  failed = QXMV::IsMissing(fe);
+  if (failed || !(std::fabs(fe) < thr)) return end;
+  double h = right ? end - p : p - end;
+  for (;;) {
+    h = h / 2.0;
+    const double x = right ? p + h : p - h;
+    if (x == p) break;
+    const double fx = f(x);
+    if (QXMV::IsMissing(fx)) {
+      failed = true;
+      break;
+    }
+    if (std::fabs(fx) >= thr) break;
+  }
+  return right ? p + 2.0 * h : p - 2.0 * h;
+}
+
+}  // namespace
+
 INumIntegration::~INumIntegration() {}
 
 BoundsList::BoundsList(INumIntegration* integrator) : integrator(integrator) {}
@@ -174,42 +201,8 @@ double LobattoQuad::Integrate(double a, double b) {
     const double fp = f(p);
     failed = QXMV::IsMissing(fp);
     const double thr = boundaryCoef * std::fabs(fp);
-    if (!failed && adjustRight) {
-      const double fb = f(b);
-      failed = QXMV::IsMissing(fb);
-      if (!failed && std::fabs(fb) < thr) {
-        double h = b - p;
-        for (;;) {
-          h = h / 2.0;
-          if (p + h == p) break;  // |f(p)| itself is below thr
-          const double fh = f(p + h);
-          if (QXMV::IsMissing(fh)) {
-            failed = true;
-            break;
-          }
-          if (std::fabs(fh) >= thr) break;
-        }
-        b = p + 2.0 * h;
-      }
-    }
-    if (!failed && adjustLeft) {
-      const double fa = f(a);
-      failed = QXMV::IsMissing(fa);
-      if (!failed && std::fabs(fa) < thr) {
-        double h = p - a;
-        for (;;) {
-          h = h / 2.0;
-          if (p - h == p) break;
-          const double fh = f(p - h);
-          if (QXMV::IsMissing(fh)) {
-            failed = true;
-            break;
-          }
-          if (std::fabs(fh) >= thr) break;
-        }
-        left = p - 2.0 * h;
-      }
-    }
+    if (!failed && adjustRight) b = PullEndIn(f, p, b, true, thr, failed);
+    if (!failed && adjustLeft) left = PullEndIn(f, p, a, false, thr, failed);
   }
   if (failed) return Fail();
   if (!(b > a)) return 0.0;

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/internal/testutil.h"
 #include "qx/foundation/qxmissingvalue.h"
 
 namespace QXMath_850 {
@@ -173,13 +173,10 @@ TEST(LobattoQuadTest, BoundsListSplitsLeftToRight) {
   EXPECT_EQ(list.Remove(), 0);
   EXPECT_EQ(list.Remove(), 0);
 
-  std::ostringstream shown;
-  QXDisplay_850::SetOutStream(shown);
-  q.Display();
-  QXDisplay_850::SetOutStream(std::cout);
-  EXPECT_NE(shown.str().find("LobattoQuad display start"), std::string::npos);
-  EXPECT_NE(shown.str().find("Closeness ratio"), std::string::npos);
-  EXPECT_NE(shown.str().find("LobattoQuad display end"), std::string::npos);
+  const std::string shown = QXCommon_850::internal::CaptureDisplay([&] { q.Display(); });
+  EXPECT_NE(shown.find("LobattoQuad display start"), std::string::npos);
+  EXPECT_NE(shown.find("Closeness ratio"), std::string::npos);
+  EXPECT_NE(shown.find("LobattoQuad display end"), std::string::npos);
 }
 
 }  // namespace

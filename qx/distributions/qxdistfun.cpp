@@ -70,6 +70,15 @@ bool IsMissing(double x) {
   return QXMV::IsMissing(x);
 }
 
+// The public tier's answer from a call into the computing tier: its value,
+// or the missing value for any nonzero status.
+template <typename Call>
+double ValueOrMissing(Call call) {
+  long status;
+  const double r = call(status);
+  return status != 0 ? Missing() : r;
+}
+
 // exp(L), or 0 below this unit's floor.
 double ExpOrZero(double L) {
   return L < kExpFloor ? 0.0 : std::exp(L);
@@ -877,15 +886,11 @@ double QXDistFun::IdfNorm(double p, double mean, double sd) {
 }
 
 double QXDistFun::CdfT(double t, double df) {
-  long status;
-  const double r = kvatcdft(t, df, status);
-  return status != 0 ? Missing() : r;
+  return ValueOrMissing([&](long& s) { return kvatcdft(t, df, s); });
 }
 
 double QXDistFun::IdfT(double p, double df) {
-  long status;
-  const double r = kvatidft(p, df, status);
-  return status != 0 ? Missing() : r;
+  return ValueOrMissing([&](long& s) { return kvatidft(p, df, s); });
 }
 
 double QXDistFun::PdfT(double t, double df, long& status) {
@@ -900,43 +905,31 @@ double QXDistFun::PdfT(double t, double df, long& status) {
 }
 
 double QXDistFun::CdfF(double f, double df1, double df2) {
-  long status;
-  const double r = kvatcdff(f, df1, df2, status);
-  return status != 0 ? Missing() : r;
+  return ValueOrMissing([&](long& s) { return kvatcdff(f, df1, df2, s); });
 }
 
 double QXDistFun::IdfF(double p, double df1, double df2) {
-  long status;
-  const double r = kvatidff(p, df1, df2, status);
-  return status != 0 ? Missing() : r;
+  return ValueOrMissing([&](long& s) { return kvatidff(p, df1, df2, s); });
 }
 
 double QXDistFun::CdfChi(double x, double df) {
   if (!(df > 0.0)) return Missing();
   if (!(x > 0.0)) return 0.0;
-  long status;
-  const double r = gammad(x / 2.0, df / 2.0, true, status);
-  return status != 0 ? Missing() : r;
+  return ValueOrMissing([&](long& s) { return gammad(x / 2.0, df / 2.0, true, s); });
 }
 
 double QXDistFun::SigChi(double x, double df) {
   if (!(df > 0.0)) return Missing();
   if (!(x > 0.0)) return 1.0;
-  long status;
-  const double r = gammad(x / 2.0, df / 2.0, false, status);
-  return status != 0 ? Missing() : r;
+  return ValueOrMissing([&](long& s) { return gammad(x / 2.0, df / 2.0, false, s); });
 }
 
 double QXDistFun::IdfChi(double p, double df) {
-  long status;
-  const double r = kvatidfchi(p, df, status);
-  return status != 0 ? Missing() : r;
+  return ValueOrMissing([&](long& s) { return kvatidfchi(p, df, s); });
 }
 
 double QXDistFun::CdfBeta(double x, double a, double b) {
-  long status;
-  const double r = cdfbet(x, a, b, status);
-  return status != 0 ? Missing() : r;
+  return ValueOrMissing([&](long& s) { return cdfbet(x, a, b, s); });
 }
 
 double QXDistFun::IdfBeta(const double& p, const double& a, const double& b) {
@@ -946,9 +939,9 @@ double QXDistFun::IdfBeta(const double& p, const double& a, const double& b) {
 double QXDistFun::CdfGam(double x, double shape, double rate) {
   if (!(shape > 0.0) || !(rate > 0.0)) return Missing();
   if (!(x > 0.0)) return 0.0;
-  long status;
-  const double r = shape == 1.0 ? cdfexp(x, rate, status) : gammad(x * rate, shape, true, status);
-  return status != 0 ? Missing() : r;
+  return ValueOrMissing([&](long& s) {
+    return shape == 1.0 ? cdfexp(x, rate, s) : gammad(x * rate, shape, true, s);
+  });
 }
 
 double QXDistFun::IdfGam(const double& p, const double& shape, const double& rate) {

@@ -5,62 +5,47 @@
 #include <cmath>
 #include <vector>
 
+#include "qx/distributions/internal/testutil.h"
 #include "qx/distributions/qxdistfun.h"
-#include "qx/foundation/qxmissingvalue.h"
 
 namespace QXMath_850 {
 namespace {
 
 using D = QXDistFun;
-using QXCommon_850::QXMV;
 
-bool Miss(double x) {
-  return QXMV::IsMissing(x);
-}
+using internal::Miss;
 
 TEST(QXDistFunDiscreteTest, StatusCodesDifferByFunction) {
-  long s = 9;
-  // CdfBin: 1 for n below 1 or p outside [0, 1], 3 for a fractional n.
-  EXPECT_TRUE(Miss(D::CdfBin(2.0, 10.5, 0.3, s)));
-  EXPECT_EQ(s, 3);
-  EXPECT_TRUE(Miss(D::CdfBin(2.0, 0.5, 0.3, s)));
-  EXPECT_EQ(s, 1);
-  EXPECT_TRUE(Miss(D::CdfBin(2.0, 10.0, 1.3, s)));
-  EXPECT_EQ(s, 1);
-  // IdfBin: 1 for a fractional n, 2 for the rest.
-  EXPECT_TRUE(Miss(D::IdfBin(0.5, 10.5, 0.3, s)));
-  EXPECT_EQ(s, 1);
-  EXPECT_TRUE(Miss(D::IdfBin(0.5, 0.0, 0.3, s)));
-  EXPECT_EQ(s, 2);
-  EXPECT_TRUE(Miss(D::IdfBin(1.5, 10.0, 0.3, s)));
-  EXPECT_EQ(s, 2);
-  EXPECT_TRUE(Miss(D::IdfBin(0.5, 10.0, -0.1, s)));
-  EXPECT_EQ(s, 2);
-  // PdfBin: 1 for bad n or p, 2 on overflow (the log-gamma difference of a
-  // huge n no longer cancels to a probability).
-  EXPECT_TRUE(Miss(D::PdfBin(1.0, 0.5, 0.3, s)));
-  EXPECT_EQ(s, 1);
-  EXPECT_TRUE(Miss(D::PdfBin(5e17, 1e18, 0.5, s)));
-  EXPECT_EQ(s, 2);
-  // A fractional n is allowed here, a fractional x has probability 0.
+  internal::ExpectStatuses({
+      // CdfBin: 1 for n below 1 or p outside [0, 1], 3 for a fractional n.
+      {"CdfBin n=10.5", [](long& s) { return D::CdfBin(2.0, 10.5, 0.3, s); }, 3},
+      {"CdfBin n=0.5", [](long& s) { return D::CdfBin(2.0, 0.5, 0.3, s); }, 1},
+      {"CdfBin p=1.3", [](long& s) { return D::CdfBin(2.0, 10.0, 1.3, s); }, 1},
+      // IdfBin: 1 for a fractional n, 2 for the rest.
+      {"IdfBin n=10.5", [](long& s) { return D::IdfBin(0.5, 10.5, 0.3, s); }, 1},
+      {"IdfBin n=0", [](long& s) { return D::IdfBin(0.5, 0.0, 0.3, s); }, 2},
+      {"IdfBin prob=1.5", [](long& s) { return D::IdfBin(1.5, 10.0, 0.3, s); }, 2},
+      {"IdfBin p=-0.1", [](long& s) { return D::IdfBin(0.5, 10.0, -0.1, s); }, 2},
+      // PdfBin: 1 for bad n or p, 2 on overflow (the log-gamma difference of
+      // a huge n no longer cancels to a probability). A fractional n is
+      // allowed here; a fractional x, or one outside [0, n], has probability 0.
+      {"PdfBin n=0.5", [](long& s) { return D::PdfBin(1.0, 0.5, 0.3, s); }, 1},
+      {"PdfBin n=1e18", [](long& s) { return D::PdfBin(5e17, 1e18, 0.5, s); }, 2},
+      {"PdfBin n=10.5", [](long& s) { return D::PdfBin(2.0, 10.5, 0.3, s); }, 0},
+      {"dnlbnc k>n", [](long& s) { return D::dnlbnc(3.0, 4.0, s); }, 1},
+      {"dnlbnc k<0", [](long& s) { return D::dnlbnc(3.0, -1.0, s); }, 1},
+  });
+  long s;
   EXPECT_GT(D::PdfBin(2.0, 10.5, 0.3, s), 0.0);
-  EXPECT_EQ(s, 0);
-  EXPECT_EQ(D::PdfBin(2.5, 10.0, 0.3, s), 0.0);
-  EXPECT_EQ(D::PdfBin(-1.0, 10.0, 0.3, s), 0.0);
-  EXPECT_EQ(D::PdfBin(11.0, 10.0, 0.3, s), 0.0);
-  // dnlbnc.
-  EXPECT_TRUE(Miss(D::dnlbnc(3.0, 4.0, s)));
-  EXPECT_EQ(s, 1);
-  EXPECT_TRUE(Miss(D::dnlbnc(3.0, -1.0, s)));
-  EXPECT_EQ(s, 1);
+  for (double x : {2.5, -1.0, 11.0})
+    EXPECT_EQ(D::PdfBin(x, 10.0, 0.3, s), 0.0) << x;
   // CDFHyper reports through an int.
-  int is = 9;
-  EXPECT_TRUE(Miss(D::CDFHyper(1.0, 10.0, 3.5, 4.0, is)));
-  EXPECT_EQ(is, 1);
-  EXPECT_TRUE(Miss(D::CDFHyper(1.0, 10.0, 11.0, 4.0, is)));
-  EXPECT_EQ(is, 1);
-  EXPECT_TRUE(Miss(D::CDFHyper(1.0, 10.0, 0.0, 4.0, is)));
-  EXPECT_EQ(is, 1);
+  int is;
+  for (double a : {3.5, 11.0, 0.0}) {
+    is = 9;
+    EXPECT_TRUE(Miss(D::CDFHyper(1.0, 10.0, a, 4.0, is))) << a;
+    EXPECT_EQ(is, 1) << a;
+  }
   EXPECT_EQ(D::CDFHyper(1.0, 10.0, 3.0, 4.0, is), D::CDFHyper(1.9, 10.0, 3.0, 4.0, is));
   EXPECT_EQ(is, 0);
   EXPECT_TRUE(Miss(D::PdfHyper(5, 10, 3, 4)));  // beyond min(a, b)

@@ -4,18 +4,14 @@
 
 #include <cmath>
 
+#include "qx/distributions/internal/testutil.h"
 #include "qx/distributions/qxdistfun.h"
-#include "qx/foundation/qxmissingvalue.h"
 
 namespace QXMath_850 {
 namespace {
 
 using D = QXDistFun;
-using QXCommon_850::QXMV;
-
-bool Miss(double x) {
-  return QXMV::IsMissing(x);
-}
+using internal::Miss;
 
 TEST(QXDistFunNoncentralTest, ZeroNoncentralityIsTheCentralFunction) {
   for (double df : {0.5, 3.0, 40.0}) {
@@ -49,18 +45,16 @@ TEST(QXDistFunNoncentralTest, InvalidArgumentsAndLimits) {
   // A bound that can't be met within the step limit.
   EXPECT_TRUE(Miss(D::NonCentralCdfF(1.0, 2.0, 3.0, 5.0, -1.0)));
 
-  long status = 9;
-  EXPECT_TRUE(Miss(D::ncdbet(0.5, 0.0, 1.0, 1.0, status, 1e-12)));
-  EXPECT_EQ(status, 1);
-  EXPECT_TRUE(Miss(D::ncdbet(0.5, 1.0, 1.0, -1.0, status, 1e-12)));
-  EXPECT_EQ(status, 1);
+  internal::ExpectStatuses({
+      {"ncdbet a=0", [](long& s) { return D::ncdbet(0.5, 0.0, 1.0, 1.0, s, 1e-12); }, 1},
+      {"ncdbet ncp<0", [](long& s) { return D::ncdbet(0.5, 1.0, 1.0, -1.0, s, 1e-12); }, 1},
+      {"ncdbet x=1", [](long& s) { return D::ncdbet(1.0, 1.0, 1.0, 2.0, s, 1e-12); }, 0},
+      {"ncdbet tol<0", [](long& s) { return D::ncdbet(0.5, 2.0, 3.0, 4.0, s, -1.0); }, 2},
+      {"NonCentralPdfT df<0", [](long& s) { return D::NonCentralPdfT(1.0, -1.0, 1.0, s); }, 1},
+  });
+  long status;
   EXPECT_EQ(D::ncdbet(0.0, 1.0, 1.0, 2.0, status, 1e-12), 0.0);
   EXPECT_EQ(D::ncdbet(1.0, 1.0, 1.0, 2.0, status, 1e-12), 1.0);
-  EXPECT_EQ(status, 0);
-  EXPECT_TRUE(Miss(D::ncdbet(0.5, 2.0, 3.0, 4.0, status, -1.0)));
-  EXPECT_EQ(status, 2);
-  EXPECT_TRUE(Miss(D::NonCentralPdfT(1.0, -1.0, 1.0, status)));
-  EXPECT_EQ(status, 1);
 }
 
 TEST(QXDistFunNoncentralTest, BetaWithoutRefinementIsTheFirstWeightedTerm) {

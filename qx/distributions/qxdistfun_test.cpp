@@ -6,43 +6,21 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <limits>
-#include <string>
-#include <vector>
 
-#include "qx/foundation/qxmissingvalue.h"
+#include "qx/distributions/internal/testutil.h"
 
 namespace QXMath_850 {
 namespace {
 
 using D = QXDistFun;
-using QXCommon_850::QXMV;
 
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-bool Miss(double x) {
-  return QXMV::IsMissing(x);
-}
-
-// Calls a computing routine with a stale status and returns (value, status).
-struct Call {
-  double value;
-  long status;
-};
-Call CallWithStaleStatus(const std::function<double(long&)>& f) {
-  long status = 77;
-  const double value = f(status);
-  return {value, status};
-}
+using internal::Miss;
 
 TEST(QXDistFunTest, ComputingTierResetsStatusAndPairsErrorsWithMissing) {
-  struct Case {
-    std::string what;
-    std::function<double(long&)> f;
-    long status;
-  };
-  const std::vector<Case> cases = {
+  internal::ExpectStatuses({
       {"gammad ok", [](long& s) { return D::gammad(2.0, 3.0, true, s); }, 0},
       {"gammad a=0", [](long& s) { return D::gammad(2.0, 0.0, true, s); }, 1},
       {"gammad a<0 at x=0", [](long& s) { return D::gammad(0.0, -1.0, false, s); }, 1},
@@ -72,12 +50,7 @@ TEST(QXDistFunTest, ComputingTierResetsStatusAndPairsErrorsWithMissing) {
       {"idfchb p above bracket", [](long& s) { return D::idfchb(0.999999, 4.0, 2.0, s); }, 2},
       {"PdfT ok", [](long& s) { return D::PdfT(0.5, 3.0, s); }, 0},
       {"PdfT df=0", [](long& s) { return D::PdfT(0.5, 0.0, s); }, 1},
-  };
-  for (const Case& c : cases) {
-    const Call r = CallWithStaleStatus(c.f);
-    EXPECT_EQ(r.status, c.status) << c.what;
-    EXPECT_EQ(Miss(r.value), r.status > 0) << c.what;
-  }
+  });
 }
 
 TEST(QXDistFunTest, PublicTierGivesMissingOnBadInput) {

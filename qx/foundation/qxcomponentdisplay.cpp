@@ -94,6 +94,34 @@ void DisplayDoubles(const double* v, int count, bool oneLine) {
   lines.Finish();
 }
 
+// Walks the first nRows rows of a packed lower triangle, row r holding r + 1
+// values; a store too short for them ends the walk with a short last row.
+template <typename ShowRow>
+void ForEachPackedRow(const std::vector<double>& packed, int nRows, ShowRow show) {
+  const size_t size = packed.size();
+  size_t start = 0;
+  for (int row = 0; row < nRows && start < size; ++row) {
+    const size_t length = std::min(static_cast<size_t>(row) + 1, size - start);
+    show(row, packed.data() + start, length);
+    start += length;
+  }
+}
+
+// Vectors of vectors: a header, then each inner vector under its name
+// "vec[i]", or that name and " <none>" for an empty one.
+template <typename Inner, typename ShowInner>
+void DisplayNestedLists(const std::string& label, const std::vector<Inner>& v, ShowInner show) {
+  ListHeader(label, v.size());
+  for (size_t i = 0; i < v.size(); ++i) {
+    const std::string name = Fmt("vec[%d]", static_cast<int>(i));
+    if (v[i].empty()) {
+      DisplayText(1, name + " <none>");
+    } else {
+      show(name, v[i]);
+    }
+  }
+}
+
 std::string MapHeader(const std::string& label, size_t size) {
   return label + " (" + Fmt("%d", static_cast<int>(size)) + ")";
 }
@@ -238,52 +266,33 @@ void DisplayDAS(const double* v, int count) {
 }
 
 void DisplayDVTRS(const std::vector<double>& packed, int nRows) {
-  const size_t size = packed.size();
-  size_t start = 0;
-  for (int row = 0; row < nRows && start < size; ++row) {
-    const size_t length = std::min(static_cast<size_t>(row) + 1, size - start);
-    DisplayDAS(packed.data() + start, static_cast<int>(length));
-    start += length;
-  }
+  ForEachPackedRow(packed, nRows, [](int, const double* values, size_t length) {
+    DisplayDAS(values, static_cast<int>(length));
+  });
 }
 
 void DisplayDVTR(std::string label, const std::vector<double>& packed, int nRows) {
   DisplayText(1, label + " (number of elements =" + Fmt(" %d", static_cast<int>(packed.size())) +
                      ", " + "number of rows =" + Fmt("%d", nRows) + ")");
-  const size_t size = packed.size();
-  size_t start = 0;
-  for (int row = 0; row < nRows && start < size; ++row) {
-    const size_t length = std::min(static_cast<size_t>(row) + 1, size - start);
+  ForEachPackedRow(packed, nRows, [](int row, const double* values, size_t length) {
     std::string line = "row " + Fmt("%d", row) + ": ";
     for (size_t k = 0; k < length; ++k)
-      line += DoubleItem(packed[start + k]);
+      line += DoubleItem(values[k]);
     DisplayText(1, line);
-    start += length;
-  }
+  });
 }
 
 void DisplaySVV(std::string label, const std::vector<std::vector<std::string>>& v) {
-  ListHeader(label, v.size());
-  for (size_t i = 0; i < v.size(); ++i) {
-    const std::string name = Fmt("vec[%d]", static_cast<int>(i));
-    if (v[i].empty()) {
-      DisplayText(1, name + " <none>");
-    } else {
-      DisplaySV(name, v[i]);
-    }
-  }
+  DisplayNestedLists(label, v, [](const std::string& name, const std::vector<std::string>& inner) {
+    DisplaySV(name, inner);
+  });
 }
 
 void DisplayDVV(std::string label, const std::vector<std::vector<double>>& v, bool oneLine) {
-  ListHeader(label, v.size());
-  for (size_t i = 0; i < v.size(); ++i) {
-    const std::string name = Fmt("vec[%d]", static_cast<int>(i));
-    if (v[i].empty()) {
-      DisplayText(1, name + " <none>");
-    } else {
-      DisplayDV(name, v[i], oneLine);
-    }
-  }
+  DisplayNestedLists(label, v,
+                     [oneLine](const std::string& name, const std::vector<double>& inner) {
+                       DisplayDV(name, inner, oneLine);
+                     });
 }
 
 void DisplayBVV(std::string label, const std::vector<std::vector<bool>>& v,

@@ -1,20 +1,10 @@
 #include "qx/foundation/qxmissingvalue.h"
 
-#include <cstdint>
-#include <cstring>
+#include "qx/foundation/internal/doublebits.h"
 
 namespace QXCommon_850 {
 
-namespace {
-double SentinelFromBits() {
-  const std::uint64_t bits = 0xFFEFFFFFFFFFFFFFULL;
-  double value;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
-}  // namespace
-
-double QXMV::gMissingValue = SentinelFromBits();
+double QXMV::gMissingValue = internal::DoubleFromBits(internal::kMissingValueBits);
 
 double QXMV::Missing() {
   return gMissingValue;

@@ -16,20 +16,13 @@ std::uint64_t Bits(double x) {
   return bits;
 }
 
-TEST(QXMVTest, SentinelIsTheMostNegativeFiniteDouble) {
+TEST(QXMVTest, SentinelIsTheMostNegativeFiniteDoubleComparedExactly) {
   EXPECT_EQ(Bits(QXMV::gMissingValue), 0xFFEFFFFFFFFFFFFFULL);
   EXPECT_EQ(Bits(QXMV::Missing()), 0xFFEFFFFFFFFFFFFFULL);
-  EXPECT_EQ(QXMV::Missing(), -1.7976931348623157e+308);
-  EXPECT_EQ(QXMV::Missing(), std::numeric_limits<double>::lowest());
-}
-
-TEST(QXMVTest, IsMissingIsExactEquality) {
-  EXPECT_TRUE(QXMV::IsMissing(QXMV::Missing()));
-  EXPECT_TRUE(QXMV::IsMissing(-1.7976931348623157e+308));
+  EXPECT_TRUE(QXMV::IsMissing(std::numeric_limits<double>::lowest()));
   EXPECT_FALSE(QXMV::IsMissing(std::nextafter(QXMV::Missing(), 0.0)));
   EXPECT_FALSE(QXMV::IsMissing(std::numeric_limits<double>::quiet_NaN()));
   EXPECT_FALSE(QXMV::IsMissing(-std::numeric_limits<double>::infinity()));
-  EXPECT_FALSE(QXMV::IsMissing(0.0));
   EXPECT_FALSE(QXMV::IsMissing(std::numeric_limits<double>::max()));
 }
 

@@ -56,16 +56,12 @@ TEST(QXStatusTest, EqualityCoversEveryDatumAndNaNIsNeverEqual) {
   EXPECT_TRUE(std::isnan(copy.GetScaleDatum(2)));
 }
 
-TEST(QXExceptionTest, CarriesCodeAndMessageAcrossTheLibraryBoundary) {
+// A thrown QXException's code and message are checked where the library
+// throws them (qxvalue_test.cpp); here the default.
+TEST(QXExceptionTest, DefaultIsCodeZeroAndNoMessage) {
   const QXException empty;
   EXPECT_EQ(empty.GetCode(), 0);
   EXPECT_EQ(empty.GetMessage(), "");
-  try {
-    throw QXException(13, "Value type wrong!");
-  } catch (const QXException& e) {
-    EXPECT_EQ(e.GetCode(), 13);
-    EXPECT_EQ(e.GetMessage(), "Value type wrong!");
-  }
 }
 
 }  // namespace

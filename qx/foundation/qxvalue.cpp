@@ -9,6 +9,7 @@
 #include <locale>
 #include <sstream>
 
+#include "qx/foundation/internal/doublebits.h"
 #include "qx/foundation/internal/truncate.h"
 #include "qx/foundation/qxexception.h"
 #include "qx/foundation/qxmissingvalue.h"
@@ -16,12 +17,6 @@
 namespace QXCommon_850 {
 
 namespace {
-
-double FromBits(std::uint64_t bits) {
-  double value;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
 
 const char* NotAnArray = "This value is not an array!";
 const char* OutOfBounds = "Out of this array bounds!";
@@ -36,8 +31,8 @@ int CountThrough(int i) {
 
 // This unit keeps its own sentinel, so that its constants never depend on the
 // order in which the library's units are initialised.
-double Value::SYSMISVALUE = FromBits(0xFFEFFFFFFFFFFFFFULL);
-double Value::QXVALUE_INFINITY = FromBits(0x7FF0000000000000ULL);
+double Value::SYSMISVALUE = internal::DoubleFromBits(internal::kMissingValueBits);
+double Value::QXVALUE_INFINITY = internal::DoubleFromBits(internal::kInfinityBits);
 const double Value::EPSILON = 2.22045e-16;
 Value Value::NULL_VALUE;
 Value Value::BOOL_VALUE(false);

@@ -15,6 +15,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "qx/foundation/internal/testutil.h"
 #include "qx/foundation/qxexception.h"
 #include "qx/foundation/qxmissingvalue.h"
 
@@ -35,14 +36,7 @@ const char* kWrongType = "Value type wrong!";
     EXPECT_EQ(e.GetMessage(), std::string(message)) << #statement; \
   }
 
-// 1.0 moved up by `ulps` units in the last place.
-double OnePlusUlps(int ulps) {
-  double x = 1.0;
-  for (int i = 0; i < ulps; ++i) {
-    x = std::nextafter(x, 2.0);
-  }
-  return x;
-}
+using internal::OnePlusUlps;
 
 TEST(ValueTest, ConstantsAreSetAtLoad) {
   EXPECT_EQ(Value::REAL_VALUE.GetReal(), QXMV::Missing());
@@ -328,9 +322,6 @@ TEST(ValueTest, KindsAboveSixCarryNothing) {
 // locale, and puts the old ones back afterwards.
 class CommaLocaleTest : public ::testing::Test {
  protected:
-  struct CommaPoint : std::numpunct<char> {
-    char do_decimal_point() const override { return ','; }
-  };
   void SetUp() override { savedCout = std::cout.getloc(); }
   void TearDown() override {
     std::locale::global(savedGlobal);
@@ -352,7 +343,7 @@ class CommaLocaleTest : public ::testing::Test {
 };
 
 TEST_F(CommaLocaleTest, ConversionsKeepThePointUnderACommaFacet) {
-  Install(std::locale(std::locale::classic(), new CommaPoint));
+  Install(std::locale(std::locale::classic(), new internal::CommaDecimalPoint));
   ExpectPointConversions();
   // The point becomes std::cout's separator and is read in the global
   // locale: when the two disagree the fraction is lost.

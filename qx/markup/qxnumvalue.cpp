@@ -3,26 +3,20 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <sstream>
 
+#include "qx/foundation/internal/doublebits.h"
 #include "qx/foundation/internal/truncate.h"
 #include "qx/foundation/qxcomponentdisplay.h"
 
 namespace QXXML_850 {
 
-namespace {
-double FromBits(std::uint64_t bits) {
-  double value;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
-}  // namespace
-
 // Defined in this order, so that SYSINI sees the sentinel already set.
 const double QXNumValue::fEpsilon = 2.22045e-16;
-double QXNumValue::gInitalValue = FromBits(0xFFEFFFFFFFFFFFFFULL);
-double QXNumValue::gInfinity = FromBits(0x7FF0000000000000ULL);
+double QXNumValue::gInitalValue =
+    QXCommon_850::internal::DoubleFromBits(QXCommon_850::internal::kMissingValueBits);
+double QXNumValue::gInfinity =
+    QXCommon_850::internal::DoubleFromBits(QXCommon_850::internal::kInfinityBits);
 QXNumValue QXNumValue::SYSINI;
 
 QXNumValue::QXNumValue()

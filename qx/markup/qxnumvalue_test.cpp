@@ -4,23 +4,17 @@
 
 #include <climits>
 #include <cmath>
-#include <iostream>
 #include <limits>
 #include <memory>
-#include <sstream>
 
-#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/internal/testutil.h"
 #include "qx/markup/qxstrvalue.h"
 
 namespace QXXML_850 {
 namespace {
 
-double OnePlusUlps(int ulps) {
-  double x = 1.0;
-  for (int i = 0; i < ulps; ++i)
-    x = std::nextafter(x, 2.0);
-  return x;
-}
+using QXCommon_850::internal::CaptureDisplay;
+using QXCommon_850::internal::OnePlusUlps;
 
 TEST(QXNumValueTest, DefaultIsUndefined) {
   const QXNumValue undefined;
@@ -87,12 +81,10 @@ TEST(QXNumValueTest, CopiesAndDisplay) {
   EXPECT_EQ(clone->GetLongLong(), 3);
   EXPECT_EQ(clone->GetType(), 0);
 
-  std::ostringstream out;
-  QXDisplay_850::SetOutStream(out);
-  QXNumValue(2.5).Display();
-  QXNumValue().Display();
-  QXDisplay_850::SetOutStream(std::cout);
-  EXPECT_EQ(out.str(),
+  EXPECT_EQ(CaptureDisplay([] {
+              QXNumValue(2.5).Display();
+              QXNumValue().Display();
+            }),
             "\nSetting Value Type = Numeric\nSetting Value = 2.5\n"
             "\nSetting Value Type = Numeric\nSetting Value = miss\n");
 }

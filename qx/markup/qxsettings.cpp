@@ -32,6 +32,25 @@ const IQXSettingValue* ValueOf(const QXSettings& list, const std::string& name) 
   return setting == nullptr ? nullptr : setting->GetValue();
 }
 
+// The StrVec2 conversions: each text converted and appended to `out`; an
+// empty input or a text that fails empties `out` and gives false.
+template <typename T, typename Convert>
+bool AppendConverted(const std::vector<std::string>& in, std::vector<T>& out, Convert convert) {
+  if (in.empty()) {
+    out.clear();
+    return false;
+  }
+  for (const std::string& text : in) {
+    T x = 0;
+    if (!convert(text, &x)) {
+      out.clear();
+      return false;
+    }
+    out.push_back(x);
+  }
+  return true;
+}
+
 template <typename T>
 std::string StreamText(const T& number) {
   std::ostringstream out;
@@ -336,35 +355,13 @@ bool QXSettings::Str2Int(const std::string& text, int* out) const {
 
 bool QXSettings::StrVec2DoubleVec(const std::vector<std::string>& in,
                                   std::vector<double>& out) const {
-  if (in.empty()) {
-    out.clear();
-    return false;
-  }
-  for (const std::string& text : in) {
-    double x = 0.0;
-    if (!Str2Double(text, &x)) {
-      out.clear();
-      return false;
-    }
-    out.push_back(x);
-  }
-  return true;
+  return AppendConverted(
+      in, out, [this](const std::string& text, double* x) { return Str2Double(text, x); });
 }
 
 bool QXSettings::StrVec2IntVec(const std::vector<std::string>& in, std::vector<int>& out) const {
-  if (in.empty()) {
-    out.clear();
-    return false;
-  }
-  for (const std::string& text : in) {
-    int x = 0;
-    if (!Str2Int(text, &x)) {
-      out.clear();
-      return false;
-    }
-    out.push_back(x);
-  }
-  return true;
+  return AppendConverted(in, out,
+                         [this](const std::string& text, int* x) { return Str2Int(text, x); });
 }
 
 }  // namespace QXXML_850

@@ -3,11 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <iostream>
 #include <memory>
-#include <sstream>
 
-#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/internal/testutil.h"
 #include "qx/markup/qxsettinglistvalue.h"
 #include "qx/markup/qxstrvalue.h"
 #include "qx/markup/qxvecvalue.h"
@@ -230,11 +228,7 @@ TEST(QXSettingsTest, DisplayWalksInInsertionOrder) {
   QXSettings list;
   list.AddNewSetting("b", 1.5);
   list.AddNewSetting("a", "t", "kind");
-  std::ostringstream out;
-  QXDisplay_850::SetOutStream(out);
-  list.Display();
-  QXDisplay_850::SetOutStream(std::cout);
-  EXPECT_EQ(out.str(),
+  EXPECT_EQ(QXCommon_850::internal::CaptureDisplay([&] { list.Display(); }),
             "\nSetting Name = b\nSetting Type = \nSetting Value Type = Numeric"
             "\nSetting Value = 1.5\n"
             "\nSetting Name = a\nSetting Type = kind\nSetting Value Type = String"

@@ -6,6 +6,8 @@
 #include <locale>
 #include <memory>
 
+#include "qx/foundation/internal/testutil.h"
+
 namespace QXXML_850 {
 namespace {
 
@@ -25,10 +27,7 @@ TEST(QXStrValueTest, ConversionsAreLenient) {
 }
 
 TEST(QXStrValueTest, DecimalPointFollowsTheOutputLocale) {
-  struct CommaPoint : std::numpunct<char> {
-    char do_decimal_point() const override { return ','; }
-  };
-  const std::locale comma(std::locale::classic(), new CommaPoint);
+  const std::locale comma(std::locale::classic(), new QXCommon_850::internal::CommaDecimalPoint);
   const std::locale oldGlobal = std::locale::global(comma);
   const std::locale oldCout = std::cout.imbue(comma);
   const double read = QXStrValue("2.5").GetDouble();

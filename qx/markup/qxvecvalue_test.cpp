@@ -3,11 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <iostream>
 #include <memory>
-#include <sstream>
 
-#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/internal/testutil.h"
 #include "qx/markup/qxnumvalue.h"
 
 namespace QXXML_850 {
@@ -64,12 +62,10 @@ TEST(QXVecValueTest, ComparesSameElementTypeOnly) {
 }
 
 TEST(QXVecValueTest, Display) {
-  std::ostringstream out;
-  QXDisplay_850::SetOutStream(out);
-  QXVecValue<int>({1, 2}).Display();
-  QXVecValue<StrStr>(std::vector<StrStr>{{"k", "v"}}).Display();
-  QXDisplay_850::SetOutStream(std::cout);
-  EXPECT_EQ(out.str(),
+  EXPECT_EQ(QXCommon_850::internal::CaptureDisplay([] {
+              QXVecValue<int>({1, 2}).Display();
+              QXVecValue<StrStr>(std::vector<StrStr>{{"k", "v"}}).Display();
+            }),
             "\nSetting Value Type = List\nSetting Value (size = 2)\n  1 2\n"
             "\nSetting Value Type = List\nSetting Value (size = 1)\n  \"k:v\"\n");
 }

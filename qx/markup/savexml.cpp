@@ -1,8 +1,6 @@
 #include "qx/markup/savexml.h"
 
-#include <cstdint>
-#include <cstring>
-
+#include "qx/foundation/internal/doublebits.h"
 #include "qx/foundation/localeutil.h"
 #include "qx/markup/internal/savexmltags.h"
 #include "qx/markup/xmlattribute.h"
@@ -14,13 +12,6 @@ namespace QXXML_850 {
 namespace Tags = internal::SaveXMLTags;
 
 namespace {
-
-double MissingFromBits() {
-  const std::uint64_t bits = 0xFFEFFFFFFFFFFFFFULL;
-  double value;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
 
 // An attribute as it stands in a line: name="escaped value".
 std::string AttributeText(const std::string& name, const std::string& value) {
@@ -50,7 +41,8 @@ std::string NumberText(double value) {
 
 }  // namespace
 
-double MV::gMissingValue = MissingFromBits();
+double MV::gMissingValue =
+    QXCommon_850::internal::DoubleFromBits(QXCommon_850::internal::kMissingValueBits);
 
 XMLObj::XMLObj(std::string objectName, int depth) : name(objectName), nTabs(depth) {}
 

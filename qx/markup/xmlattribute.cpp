@@ -1,6 +1,7 @@
 #include "qx/markup/xmlattribute.h"
 
 #include "qx/foundation/localeutil.h"
+#include "qx/markup/internal/streamastext.h"
 #include "qx/markup/xmlutil.h"
 
 namespace QXXML_850 {
@@ -31,9 +32,7 @@ int XMLAttribute::ToString(std::string& out, ExportFormat& /*format*/) const {
 }
 
 int XMLAttribute::ToStream(std::ostream& os, ExportFormat& format, bool utf8) const {
-  std::string text;
-  ToString(text, format);
-  return utf8 ? WriteUTF(os, text) : Write(os, text);
+  return internal::StreamAsText(*this, os, format, utf8);
 }
 
 XMLAttribute* XMLAttribute::Clone() const {

@@ -1,5 +1,6 @@
 #include "qx/markup/xmldoctype.h"
 
+#include "qx/markup/internal/streamastext.h"
 #include "qx/markup/xmlutil.h"
 
 namespace QXXML_850 {
@@ -45,9 +46,7 @@ int XMLDocType::ToString(std::string& out, ExportFormat& /*format*/) const {
 }
 
 int XMLDocType::ToStream(std::ostream& os, ExportFormat& format, bool utf8) const {
-  std::string text;
-  ToString(text, format);
-  return utf8 ? WriteUTF(os, text) : Write(os, text);
+  return internal::StreamAsText(*this, os, format, utf8);
 }
 
 XMLDocType* XMLDocType::Clone() const {

@@ -155,11 +155,14 @@ TEST_F(XMLIOTest, UnsignedValuesFollowTheCLocale) {
       "value=\"0.5\"/>";
   unsigned int u[3];
   double d = 0.0;
-  std::ifstream in;
-  Open(in, lines);
-  for (unsigned int& v : u)
-    EXPECT_TRUE(ParseValue(in, v));
-  EXPECT_TRUE(ParseValue(in, d));
+  const auto readAll = [&] {
+    std::ifstream in;
+    Open(in, lines);
+    for (unsigned int& v : u)
+      EXPECT_TRUE(ParseValue(in, v));
+    EXPECT_TRUE(ParseValue(in, d));
+  };
+  readAll();
   EXPECT_EQ(u[0], 1200u);
   EXPECT_EQ(u[1], 4294967295u);
   EXPECT_EQ(u[2], 0u);  // out of range, and no undefined conversion
@@ -172,11 +175,7 @@ TEST_F(XMLIOTest, UnsignedValuesFollowTheCLocale) {
   }
   // A decimal comma cuts the text at the point; doubles and the writer keep
   // the classic locale.
-  std::ifstream comma;
-  Open(comma, lines);
-  for (unsigned int& v : u)
-    EXPECT_TRUE(ParseValue(comma, v));
-  EXPECT_TRUE(ParseValue(comma, d));
+  readAll();
   EXPECT_EQ(u[0], 1u);
   EXPECT_EQ(d, 0.5);
   std::ostringstream out;

@@ -1,5 +1,6 @@
 #include "qx/markup/xmlstring.h"
 
+#include "qx/markup/internal/streamastext.h"
 #include "qx/markup/xmlutil.h"
 
 namespace QXXML_850 {
@@ -20,9 +21,7 @@ int XMLString::ToString(std::string& out, ExportFormat& format) const {
 }
 
 int XMLString::ToStream(std::ostream& os, ExportFormat& format, bool utf8) const {
-  std::string text;
-  ToString(text, format);
-  return utf8 ? WriteUTF(os, text) : Write(os, text);
+  return internal::StreamAsText(*this, os, format, utf8);
 }
 
 XMLString* XMLString::Clone() const {

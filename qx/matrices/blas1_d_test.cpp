@@ -6,21 +6,15 @@
 #include <cstdlib>
 #include <iostream>
 #include <limits>
-#include <random>
 #include <vector>
+
+#include "qx/matrices/internal/testutil.h"
 
 namespace QXMath_850 {
 namespace {
 
-// Values over many orders of magnitude, so a changed order of additions shows.
 std::vector<double> Data(int size, unsigned seed) {
-  std::mt19937 gen(seed);
-  std::uniform_real_distribution<double> mant(-1.0, 1.0);
-  std::uniform_int_distribution<int> expo(-8, 8);
-  std::vector<double> v(size);
-  for (double& d : v)
-    d = mant(gen) * std::pow(10.0, expo(gen));
-  return v;
+  return internal::WideRangeData(size, seed, 8);
 }
 
 // Element i of a walk of n elements; a negative stride starts at the far end.

@@ -2,15 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <iostream>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/internal/testutil.h"
 
 namespace QXMath_850 {
 namespace {
+
+using QXCommon_850::internal::CaptureDisplay;
 
 using Bits = std::vector<bool>;
 
@@ -104,11 +104,8 @@ TEST(QXBitSetTest, CombinationsAndComparisons) {
 }
 
 TEST(QXBitSetTest, DisplayFramesTheFlags) {
-  std::ostringstream out;
-  QXDisplay_850::SetOutStream(out);
-  QXBitSet(Bits{true, false}).Display();
-  QXDisplay_850::SetOutStream(std::cout);
-  const std::string text = out.str(), end = "\nQXBitSet display end";
+  const std::string text = CaptureDisplay([] { QXBitSet(Bits{true, false}).Display(); });
+  const std::string end = "\nQXBitSet display end";
   EXPECT_EQ(text.rfind("\nQXBitSet display start\nfbVec", 0), 0u) << text;
   EXPECT_NE(text.find(" t f"), std::string::npos) << text;
   ASSERT_GE(text.size(), end.size());

@@ -3,22 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 #include <vector>
 
 #include "qx/matrices/blas1_d.h"
+#include "qx/matrices/internal/testutil.h"
 
 namespace QXMath_850 {
 namespace {
 
 std::vector<double> Data(int size, unsigned seed) {
-  std::mt19937 gen(seed);
-  std::uniform_real_distribution<double> mant(-1.0, 1.0);
-  std::uniform_int_distribution<int> expo(-6, 6);
-  std::vector<double> v(size);
-  for (double& d : v)
-    d = mant(gen) * std::pow(10.0, expo(gen));
-  return v;
+  return internal::WideRangeData(size, seed, 6);
 }
 
 // Element (i, j) of a packed lower triangle, either order of the indices.

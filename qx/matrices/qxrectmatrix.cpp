@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdio>
-#include <string>
 #include <utility>
 
 #include "qx/foundation/qxcomponentdisplay.h"
 #include "qx/foundation/qxmissingvalue.h"
+#include "qx/matrices/internal/displayrow.h"
 #include "qx/matrices/qxmathfun.h"
 #include "qx/matrices/qxsymmatrix.h"
 
@@ -34,6 +33,15 @@ inline std::size_t Cells(int rows, int cols) {
 // apart before it is written.
 inline bool Same(const IQXRectMatrix& out, const IQXRectMatrix* self) {
   return &out == self;
+}
+
+// The indices in [0, limit), in the order given; the extractors skip the rest.
+std::vector<int> IndicesBelow(const std::vector<int>& indices, int limit) {
+  std::vector<int> kept;
+  for (int i : indices) {
+    if (i >= 0 && i < limit) kept.push_back(i);
+  }
+  return kept;
 }
 
 }  // namespace
@@ -621,10 +629,7 @@ int QXRectMatrix::ExtractRows(const std::vector<int>& rows, IQXRectMatrix& out) 
     const QXRectMatrix copy(*this);
     return copy.ExtractRows(rows, out);
   }
-  std::vector<int> usable;
-  for (int r : rows) {
-    if (r >= 0 && r < nRows) usable.push_back(r);
-  }
+  const std::vector<int> usable = IndicesBelow(rows, nRows);
   QXRectMatrix& target = static_cast<QXRectMatrix&>(out);
   if (!target.SetNRowsCols(static_cast<int>(usable.size()), nCols, false)) return -1;
   for (std::size_t k = 0; k < usable.size(); ++k)
@@ -639,10 +644,7 @@ int QXRectMatrix::ExtractColumns(const std::vector<int>& columns, IQXRectMatrix&
     const QXRectMatrix copy(*this);
     return copy.ExtractColumns(columns, out);
   }
-  std::vector<int> usable;
-  for (int c : columns) {
-    if (c >= 0 && c < nCols) usable.push_back(c);
-  }
+  const std::vector<int> usable = IndicesBelow(columns, nCols);
   QXRectMatrix& target = static_cast<QXRectMatrix&>(out);
   const int m = static_cast<int>(usable.size());
   if (!target.SetNRowsCols(nRows, m, false)) return -1;
@@ -1041,12 +1043,8 @@ void QXRectMatrix::DisplayF() const {
   DisplayText(1, "QXRectMatrix full matrix display start");
   DisplayI("Number of rows", nRows);
   DisplayI("Number of columns", nCols);
-  for (int i = 0; i < nRows; ++i) {
-    char number[16];
-    std::snprintf(number, sizeof number, "%d", i);
-    DisplayText(1, std::string("row ") + number + ": ");
-    DisplayDAS(GetRowPtr(i), nCols);
-  }
+  for (int i = 0; i < nRows; ++i)
+    internal::DisplayFullRow(i, GetRowPtr(i), nCols);
   DisplayText(1, "QXRectMatrix display end");
 }
 

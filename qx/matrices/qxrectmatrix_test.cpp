@@ -5,17 +5,18 @@
 #include <climits>
 #include <cmath>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/internal/testutil.h"
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/qxbitset.h"
 #include "qx/matrices/qxsymmatrix.h"
 
 namespace QXMath_850 {
 namespace {
+
+using QXCommon_850::internal::CaptureDisplay;
 
 using QXCommon_850::QXMV;
 using IVec = std::vector<int>;
@@ -360,12 +361,10 @@ TEST(QXRectMatrixTest, LinearDependencyTools) {
   first.Set(0, true);
   EXPECT_TRUE(FromRows(1, 2, {1, 0}).IsEstimable(FromRows(2, 1, {1, 0}), first, 1e-9));
 
-  std::ostringstream text;
-  QXDisplay_850::SetOutStream(text);
-  m.Display();
-  m.DisplayF();
-  QXDisplay_850::SetOutStream(std::cout);
-  const std::string s = text.str();
+  const std::string s = CaptureDisplay([&] {
+    m.Display();
+    m.DisplayF();
+  });
   EXPECT_EQ(s.rfind("\nQXRectMatrix display start\nNumber of rows = 3", 0), 0u);
   EXPECT_EQ(s.substr(s.size() - 25), "\nQXRectMatrix display end");
 }

@@ -4,10 +4,10 @@
 
 #include <cmath>
 #include <random>
-#include <sstream>
+#include <string>
 #include <vector>
 
-#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/internal/testutil.h"
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/qxsymmatrix.h"
 
@@ -58,13 +58,9 @@ TEST(QXSparseVectorTest, ValidityAccessAndMergedDotProduct) {
   EXPECT_EQ(v.ConvertToRegularVector(regular), 7);
   EXPECT_EQ(regular, Vec({0.0, 1.0, 0.0, 2.0, 0.0, 0.0, 0.0}));
 
-  std::ostringstream text;
-  QXDisplay_850::SetOutStream(text);
-  v.Display();
-  QXDisplay_850::SetOutStream(std::cout);
-  EXPECT_EQ(
-      text.str().rfind("\nQXSparseVector display start\nNumber of sparse vector elements = 2", 0),
-      0u);
+  const std::string text = QXCommon_850::internal::CaptureDisplay([&] { v.Display(); });
+  EXPECT_EQ(text.rfind("\nQXSparseVector display start\nNumber of sparse vector elements = 2", 0),
+            0u);
 }
 
 // Sparse rows added to a cross-products matrix give exactly what the dense

@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdio>
-#include <string>
 #include <utility>
 
 #include "qx/foundation/qxcomponentdisplay.h"
 #include "qx/matrices/blas1_d.h"
+#include "qx/matrices/internal/displayrow.h"
 #include "qx/matrices/qxrectmatrix.h"
 
 namespace QXMath_850 {
@@ -715,11 +714,8 @@ void QXSymMatrix::DisplayF() const {
   DisplayI("Number of rows", nRows);
   std::vector<double> row;
   for (int i = 0; i < nRows; ++i) {
-    char number[16];
-    std::snprintf(number, sizeof number, "%d", i);
     GetRow(i, row);
-    DisplayText(1, std::string("row ") + number + ": ");
-    DisplayDAS(row.data(), nRows);
+    internal::DisplayFullRow(i, row.data(), nRows);
   }
   DisplayText(1, "QXSymMatrix display end");
 }

@@ -137,6 +137,48 @@ void SubstituteBoth(const std::vector<double>& a, int n, const std::vector<doubl
   }
 }
 
+// The start of SweepOnSelected and SweepOnMany: an empty record of swept rows
+// is sized to the matrix, and the reference diagonal is the caller's array or
+// else a copy of the matrix's own, kept in `local`.
+double* PrepareBulkSweep(const QXSymMatrix& a, double* diag, std::vector<double>& local,
+                         QXBitSet& swept) {
+  if (diag == nullptr) {
+    a.GetDiagonal(local);
+    diag = local.data();
+  }
+  if (swept.Size() == 0) swept.Resize(a.QXSymMatrix::GetNRows(), false);
+  return diag;
+}
+
+// The last check of the checked bulk sweeps: a negative reference diagonal
+// is refused; otherwise it is floored at 1, in the caller's array.
+bool CheckAndFloorDiagonal(double* diag, int n) {
+  for (int i = 0; i < n; ++i) {
+    if (diag[i] < 0.0) return false;
+  }
+  for (int i = 0; i < n; ++i) {
+    if (diag[i] < 1.0) diag[i] = 1.0;
+  }
+  return true;
+}
+
+// The CholInverse overloads: copies `source` into `inverse` (which must be
+// dense), factors the copy with `factor`, then inverts the factor and forms
+// L^-T L^-1 in place. The number of rows kept, or factor's negative code.
+template <typename Factor>
+int FactorAndInvert(const QXSymMatrix& source, IQXSymMatrix& inverse, Factor factor) {
+  if (inverse.GetType() != 0) return -1;
+  const int n = source.QXSymMatrix::GetNRows();  // this class's count, not an override's
+  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
+  target = source;
+  const int r = factor(target);
+  if (r < 0) return r;
+  double det[2] = {0.0, 0.0};
+  target.LTDetInverse(det, 10);
+  target.LTLTransL();
+  return n - r;
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------------------
@@ -316,22 +358,13 @@ bool QXSymMatrix::SweepOrig(int k, double tol, const std::vector<double>& diag, 
 bool QXSymMatrix::SweepOnSelected(const std::vector<int>& rows, double tol, QXBitSet& swept,
                                   bool check, double* diag) {
   std::vector<double> local;
-  if (diag == nullptr) {
-    GetDiagonal(local);
-    diag = local.data();
-  }
-  if (swept.Size() == 0) swept.Resize(nRows, false);
+  diag = PrepareBulkSweep(*this, diag, local, swept);
   if (check) {
-    for (int i = 0; i < nRows; ++i) {
-      if (diag[i] < 0.0) return false;
-    }
     if (swept.Size() < nRows) return false;
     for (int row : rows) {
       if (row < 0 || row >= nRows) return false;
     }
-    for (int i = 0; i < nRows; ++i) {
-      if (diag[i] < 1.0) diag[i] = 1.0;
-    }
+    if (!CheckAndFloorDiagonal(diag, nRows)) return false;
   }
   for (int row : rows)
     Sweep(row, tol, diag, swept, false);
@@ -341,21 +374,12 @@ bool QXSymMatrix::SweepOnSelected(const std::vector<int>& rows, double tol, QXBi
 bool QXSymMatrix::SweepOnMany(int count, double tol, bool pivotBefore, QXBitSet& swept,
                               double& logDet, bool check, double* diag) {
   std::vector<double> local;
-  if (diag == nullptr) {
-    GetDiagonal(local);
-    diag = local.data();
-  }
-  if (swept.Size() == 0) swept.Resize(nRows, false);
+  diag = PrepareBulkSweep(*this, diag, local, swept);
   if (check) {
     if (count < 1 || count > nRows) return false;
     if (tol <= 0.0) return false;
-    for (int i = 0; i < nRows; ++i) {
-      if (diag[i] < 0.0) return false;
-    }
     if (count > swept.Size()) return false;
-    for (int i = 0; i < nRows; ++i) {
-      if (diag[i] < 1.0) diag[i] = 1.0;
-    }
+    if (!CheckAndFloorDiagonal(diag, nRows)) return false;
   }
   logDet = 0.0;
   for (int i = 0; i < count; ++i)
@@ -547,46 +571,25 @@ bool QXSymMatrix::LTInverse() {
 
 int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol,
                              IQXSymMatrix& inverse) const {
-  if (inverse.GetType() != 0) return -1;
-  const int n = nRows;
-  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
-  target = *this;
-  const int r = target.LTChol(diag, tol, false);
-  if (r < 0) return r;
-  double det[2] = {0.0, 0.0};
-  target.LTDetInverse(det, 10);
-  target.LTLTransL();
-  return n - r;
+  return FactorAndInvert(*this, inverse,
+                         [&](QXSymMatrix& target) { return target.LTChol(diag, tol, false); });
 }
 
 int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol, IQXSymMatrix& inverse,
                              QXBitSet& nonRedundant) const {
-  if (inverse.GetType() != 0) return -1;
-  const int n = nRows;
-  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
-  target = *this;
-  const int r = target.LTChol(diag, tol, nonRedundant, false);
-  if (r < 0) return r;
-  double det[2] = {0.0, 0.0};
-  target.LTDetInverse(det, 10);
-  target.LTLTransL();
-  return n - r;
+  return FactorAndInvert(*this, inverse, [&](QXSymMatrix& target) {
+    return target.LTChol(diag, tol, nonRedundant, false);
+  });
 }
 
 int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol, IQXSymMatrix& inverse,
                              double& minPivot) const {
   minPivot = QXMV::Missing();
-  if (inverse.GetType() != 0) return -1;
-  const int n = nRows;
-  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
-  target = *this;
-  const int r = target.LTChol(diag, tol, false);
-  if (r < 0) return r;
-  if (target.nRows > 0) minPivot = SmallestDiagonal(target.data, target.nRows);
-  double det[2] = {0.0, 0.0};
-  target.LTDetInverse(det, 10);
-  target.LTLTransL();
-  return n - r;
+  return FactorAndInvert(*this, inverse, [&](QXSymMatrix& target) {
+    const int r = target.LTChol(diag, tol, false);
+    if (r >= 0 && target.nRows > 0) minPivot = SmallestDiagonal(target.data, target.nRows);
+    return r;
+  });
 }
 
 int QXSymMatrix::LTSolve(const std::vector<double>& b, double tol, std::vector<double>& x) {

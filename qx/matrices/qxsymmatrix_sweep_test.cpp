@@ -6,6 +6,7 @@
 #include <random>
 #include <vector>
 
+#include "qx/matrices/internal/testutil.h"
 #include "qx/matrices/qxbitset.h"
 #include "qx/matrices/qxmathfun.h"
 #include "qx/matrices/qxsymmatrix.h"
@@ -14,6 +15,7 @@ namespace QXMath_850 {
 namespace {
 
 using Vec = std::vector<double>;
+using internal::Packed;
 constexpr double kEps = std::numeric_limits<double>::epsilon();
 
 bool SameBits(const QXSymMatrix& a, const QXSymMatrix& b) {
@@ -29,15 +31,6 @@ double MaxDiff(const QXSymMatrix& a, const QXSymMatrix& b) {
     worst = std::fmax(worst, std::fabs(a.AsVectorConst()[p] - b.AsVectorConst()[p]));
   }
   return worst;
-}
-
-QXSymMatrix Packed(const Vec& packed) {
-  int n = 0;
-  while (static_cast<std::size_t>(n) * (n + 1) / 2 < packed.size())
-    ++n;
-  QXSymMatrix a(n, true);
-  a.AsVector() = packed;
-  return a;
 }
 
 // Random symmetric matrix with a dominant diagonal, hence positive definite.

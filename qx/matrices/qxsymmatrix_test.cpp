@@ -5,17 +5,20 @@
 #include <climits>
 #include <cmath>
 #include <limits>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/foundation/internal/testutil.h"
+#include "qx/matrices/internal/testutil.h"
 #include "qx/matrices/qxbitset.h"
 
 namespace QXMath_850 {
 namespace {
 
+using QXCommon_850::internal::CaptureDisplay;
+
 using Vec = std::vector<double>;
+using internal::Packed;
 
 // A matrix of order n whose element (i, j), i >= j, is 10 * i + j + 1, so
 // that every element tells where it came from.
@@ -25,16 +28,6 @@ QXSymMatrix Labelled(int n) {
     for (int j = 0; j <= i; ++j)
       a.SetElem(i, j, 10.0 * i + j + 1.0);
   }
-  return a;
-}
-
-// The matrix whose packed lower triangle is `packed`.
-QXSymMatrix Packed(const Vec& packed) {
-  int n = 0;
-  while (static_cast<std::size_t>(n) * (n + 1) / 2 < packed.size())
-    ++n;
-  QXSymMatrix a(n, true);
-  a.AsVector() = packed;
   return a;
 }
 
@@ -234,12 +227,10 @@ TEST(QXSymMatrixTest, ExtractorsCopyOrAddTheChosenParts) {
 }
 
 TEST(QXSymMatrixTest, DisplayBracketsItsOutput) {
-  std::ostringstream text;
-  QXDisplay_850::SetOutStream(text);
-  Labelled(2).Display();
-  Labelled(2).DisplayF();
-  QXDisplay_850::SetOutStream(std::cout);
-  const std::string s = text.str();
+  const std::string s = CaptureDisplay([] {
+    Labelled(2).Display();
+    Labelled(2).DisplayF();
+  });
   EXPECT_EQ(s.rfind("\nQXSymMatrix display start\nThe number of rows = 2", 0), 0u);
   EXPECT_NE(s.find("\nThe block size = 2\nLower triangular"), std::string::npos);
   EXPECT_NE(s.find("\nQXSymMatrix full matrix display start\nNumber of rows = 2\nrow 0: "),
