@@ -165,31 +165,26 @@ QX_BENCHMARK_RATIO("BM_UpdateXX", "BM_PlainPackedLoop");
 QX_BENCHMARK_RATIO("BM_IncrementByVV", "BM_PlainPackedLoop");
 
 #if defined(QX_HAVE_LAPACK)
-// Inversion of a positive definite matrix by Cholesky: the work of a full
-// sweep and of CholInverse.
-void BM_LapackPotrfPotri(benchmark::State& state) {
+// LAPACK Cholesky factor (dpotrf), and with `invert` the inverse from it
+// (dpotri): the work of LTChol, and of a full sweep or CholInverse.
+void LapackCholesky(benchmark::State& state, bool invert) {
   const int n = static_cast<int>(state.range(0));
   const std::vector<double> original = ToFull(RandomSpd(n));
   int info = 0;
   for (auto _ : state) {
     std::vector<double> a = original;
     dpotrf_("L", &n, a.data(), &n, &info);
-    dpotri_("L", &n, a.data(), &n, &info);
+    if (invert) dpotri_("L", &n, a.data(), &n, &info);
     benchmark::DoNotOptimize(a.data());
   }
-  SetFlops(state, 1.0 * n * n * n);
+  SetFlops(state, invert ? 1.0 * n * n * n : n * double(n) * n / 3.0);
 }
 
+void BM_LapackPotrfPotri(benchmark::State& state) {
+  LapackCholesky(state, true);
+}
 void BM_LapackPotrf(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  const std::vector<double> original = ToFull(RandomSpd(n));
-  int info = 0;
-  for (auto _ : state) {
-    std::vector<double> a = original;
-    dpotrf_("L", &n, a.data(), &n, &info);
-    benchmark::DoNotOptimize(a.data());
-  }
-  SetFlops(state, n * double(n) * n / 3.0);
+  LapackCholesky(state, false);
 }
 
 // Cross-products of all cases in one BLAS-3 call (the cases are row-major,

@@ -8,6 +8,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <map>
 #include <string>
@@ -19,6 +21,9 @@ namespace internal {
 
 class RatioReporter : public benchmark::ConsoleReporter {
  public:
+  // Colours only on a terminal, so that output sent to a file stays plain.
+  RatioReporter() : ConsoleReporter(isatty(STDOUT_FILENO) ? OO_ColorTabular : OO_Tabular) {}
+
   // Runs named "<ours>/<args>" are compared with "<baseline>/<args>".
   void AddPair(const std::string& ours, const std::string& baseline) {
     pairs.emplace_back(ours, baseline);
