@@ -72,8 +72,7 @@ void Reference(const QXRectMatrix& m, int nVars, bool intercept, Vec& means, QXS
     }
   }
   xp = QXSymMatrix(nVars, true);
-  for (std::size_t k = 0; k < sums.size(); ++k)
-    xp.SetElem(static_cast<int>(k), static_cast<double>(sums[k]));
+  xp.AsVector().assign(sums.begin(), sums.end());
 }
 
 // Largest error of a's cross-products relative to sqrt(s_ii * s_jj), s
@@ -103,14 +102,6 @@ void ExpectSameResult(const QXMeansXProdData& a, const QXMeansXProdData& b, doub
   EXPECT_LT(XProdError(a.GetXProds(), b.GetXProds(), scale), tol) << what;
 }
 
-// The raw sums of products of the cases, weighted.
-QXSymMatrix RawSums(const QXRectMatrix& data, int nVars) {
-  const int weightCols = data.GetNCols() - nVars;
-  QXMeansXProducts raw(nVars, false, weightCols > 0, weightCols > 1);
-  raw.Compute(data, 0);
-  return raw.GetXProds();
-}
-
 bool SameState(const QXMeansXProdData& a, const QXMeansXProdData& b) {
   return a.GetNVars() == b.GetNVars() && a.IsIntercept() == b.IsIntercept() &&
          a.GetNCases() == b.GetNCases() && a.GetMeans() == b.GetMeans() &&
@@ -123,104 +114,84 @@ QXRectMatrix Rows(const QXRectMatrix& m, int first, int count) {
   return block;
 }
 
-TEST(QXMeansXProductsTest, TwoPassAgreesWithALongDoubleReference) {
-  const int nVars = 5;
+// Two-pass blocks, one pass, case by case and merges in any grouping all
+// give, to rounding, the result of one two-pass run over all the cases, and
+// that agrees with a long double reference.
+TEST(QXMeansXProductsTest, EveryPathAgreesWithALongDoubleReference) {
+  const int nVars = 4;
+  QXMeansXProdData centred;
   for (int weightCols = 0; weightCols <= 2; ++weightCols) {
-    for (bool intercept : {true, false}) {
-      const QXRectMatrix data = RandomCases(700, nVars, weightCols, 10u + weightCols);
-      QXMeansXProducts acc(nVars, intercept, weightCols > 0, weightCols > 1);
-      ASSERT_TRUE(acc.Compute(data, 0));
+    for (bool intercept : {true, false}) {  // in this order: see `centred`
+      SCOPED_TRACE(testing::Message() << weightCols << " weight columns, intercept " << intercept);
+      const QXRectMatrix data = RandomCases(600, nVars, weightCols, 10u + weightCols);
+      const QXMeansXProducts empty(nVars, intercept, weightCols > 0, weightCols > 1);
+      QXMeansXProducts all(empty), blocks(empty), onePass(empty);
+      std::vector<QXMeansXProducts> parts(3, empty);
+      ASSERT_TRUE(all.Compute(data, 0));
       Vec mean;
-      QXSymMatrix expected;
+      QXSymMatrix expected, raw;
       Reference(data, nVars, intercept, mean, expected);
+      Reference(data, nVars, false, mean, raw);  // the scale of one-pass rounding
       for (int j = 0; j < nVars; ++j)
-        EXPECT_NEAR(acc.GetMeans()[j], mean[j], 2e-14 * std::fabs(mean[j]));
-      EXPECT_LT(XProdError(acc.GetXProds(), expected, nullptr), 1e-13)
-          << weightCols << " weight columns, intercept " << intercept;
+        EXPECT_NEAR(all.GetMeans()[j], mean[j], 2e-14 * std::fabs(mean[j]));
+      EXPECT_LT(XProdError(all.GetXProds(), expected, nullptr), 1e-13);
+      // A constant column: its own value as the mean, exact zeros in its row.
+      EXPECT_EQ(all.GetMeans()[0], 0.1);
+      for (int j = 0; j < nVars && intercept; ++j)
+        EXPECT_EQ(all.GetXProds().GetElem(0, j), 0.0);
+      if (intercept) centred = all;
+
+      onePass.StartUpdateOnePass();
+      for (int b = 0; b < 3; ++b) {
+        const QXRectMatrix block = Rows(data, 200 * b, 200);
+        ASSERT_TRUE(blocks.Update(block, 0));
+        ASSERT_TRUE(onePass.UpdateOnePass(block, 0));
+        ASSERT_TRUE(parts[b].Compute(block, 0));
+      }
+      onePass.FinishUpdateOnePass();
+      ExpectSameResult(blocks, all, 1e-13, "blocks");
+      // The one-pass finish is corrected whatever the intercept flag says.
+      ExpectSameResult(onePass, centred, 1e-13, "one pass", &raw);
+
+      QXProvMeans single(nVars, intercept);
+      Vec x(nVars);
+      for (int r = 0; r < data.GetNRows(); ++r) {
+        for (int j = 0; j < nVars; ++j)
+          x[j] = data.GetElem(r, j);
+        ASSERT_TRUE(single.Update(x, CaseWeight(data, r, nVars)));
+      }
+      ExpectSameResult(single, all, 1e-12, "case by case");
+
+      QXMeansXProdData left(parts[0]), right(parts[1]), listed;
+      ASSERT_TRUE(left.Merge(parts[1]) && left.Merge(parts[2]));
+      ASSERT_TRUE(right.Merge(parts[2]) && right.Merge(parts[0]));
+      std::vector<QXMeansXProdData*> list = {&parts[2], nullptr, &parts[0], &parts[1]};
+      ASSERT_TRUE(listed.Merge(list));
+      ExpectSameResult(left, all, 1e-13, "(0 + 1) + 2");
+      ExpectSameResult(right, all, 1e-13, "(1 + 2) + 0");
+      ExpectSameResult(listed, all, 1e-13, "list 2, 0, 1");
+
+      // Update on a filled object is Compute of the block pooled with what
+      // was held, bit for bit.
+      QXMeansXProducts pooled(parts[1]), updated(parts[0]);
+      ASSERT_TRUE(pooled.Merge(parts[0]));
+      ASSERT_TRUE(updated.Update(Rows(data, 200, 200), 0));
+      EXPECT_TRUE(SameState(updated, pooled));
+
+      // The row limit: 0, negative or too large reads all; otherwise the
+      // first rows only.
+      for (int limit : {-3, 600, 5000}) {
+        ASSERT_TRUE(updated.Compute(data, limit));
+        EXPECT_TRUE(SameState(updated, all)) << limit;
+      }
+      ASSERT_TRUE(updated.Compute(data, 10));
+      ASSERT_TRUE(pooled.Compute(Rows(data, 0, 10), 0));
+      EXPECT_TRUE(SameState(updated, pooled));
     }
   }
 }
 
-// Two-pass blocks, one pass, case by case and merges in any grouping all
-// give the result of one two-pass run over all the cases, to rounding.
-TEST(QXMeansXProductsTest, EveryPathAndGroupingGivesTheSameResult) {
-  const int nVars = 4;
-  const QXRectMatrix data = RandomCases(600, nVars, 2, 3u);
-  QXMeansXProducts all(nVars, true, true, true);
-  ASSERT_TRUE(all.Compute(data, 0));
-
-  QXMeansXProducts blocks(nVars, true, true, true), onePass(nVars, true, true, true);
-  std::vector<QXMeansXProducts> parts(3, QXMeansXProducts(nVars, true, true, true));
-  onePass.StartUpdateOnePass();
-  for (int b = 0; b < 3; ++b) {
-    const QXRectMatrix block = Rows(data, 200 * b, 200);
-    ASSERT_TRUE(blocks.Update(block, 0));
-    ASSERT_TRUE(onePass.UpdateOnePass(block, 0));
-    ASSERT_TRUE(parts[b].Compute(block, 0));
-  }
-  onePass.FinishUpdateOnePass();
-  ExpectSameResult(blocks, all, 1e-13, "blocks");
-  const QXSymMatrix raw = RawSums(data, nVars);
-  ExpectSameResult(onePass, all, 1e-13, "one pass", &raw);
-
-  QXProvMeans single(nVars, true);
-  Vec x(nVars);
-  for (int r = 0; r < data.GetNRows(); ++r) {
-    for (int j = 0; j < nVars; ++j)
-      x[j] = data.GetElem(r, j);
-    ASSERT_TRUE(single.Update(x, CaseWeight(data, r, nVars)));
-  }
-  ExpectSameResult(single, all, 1e-12, "case by case");
-
-  QXMeansXProdData left(parts[0]), right(parts[1]), listed;
-  ASSERT_TRUE(left.Merge(parts[1]));
-  ASSERT_TRUE(left.Merge(parts[2]));
-  ASSERT_TRUE(right.Merge(parts[2]));
-  ASSERT_TRUE(right.Merge(parts[0]));
-  std::vector<QXMeansXProdData*> list = {&parts[2], nullptr, &parts[0], &parts[1]};
-  ASSERT_TRUE(listed.Merge(list));
-  ExpectSameResult(left, all, 1e-13, "(0 + 1) + 2");
-  ExpectSameResult(right, all, 1e-13, "(1 + 2) + 0");
-  ExpectSameResult(listed, all, 1e-13, "list 2, 0, 1");
-
-  // Update on a filled object is Compute of the block pooled with what was
-  // held, bit for bit.
-  QXMeansXProducts pooled(parts[1]);
-  ASSERT_TRUE(pooled.Merge(parts[0]));
-  QXMeansXProducts updated(parts[0]);
-  ASSERT_TRUE(updated.Update(Rows(data, 200, 200), 0));
-  EXPECT_TRUE(SameState(updated, pooled));
-
-  // The row limit: 0, negative or too large reads all; otherwise the first
-  // rows only.
-  QXMeansXProducts limited(nVars, true, true, true), first(nVars, true, true, true);
-  for (int limit : {-3, 600, 5000}) {
-    ASSERT_TRUE(limited.Compute(data, limit));
-    EXPECT_TRUE(SameState(limited, all)) << limit;
-  }
-  ASSERT_TRUE(limited.Compute(data, 10));
-  ASSERT_TRUE(first.Compute(Rows(data, 0, 10), 0));
-  EXPECT_TRUE(SameState(limited, first));
-
-  // The one-pass finish is corrected whatever the intercept flag says.
-  QXMeansXProducts noIntercept(nVars, false, true, true);
-  ASSERT_TRUE(noIntercept.UpdateOnePass(data, 0));
-  noIntercept.FinishUpdateOnePass();
-  noIntercept.SetIntercept(true);
-  ExpectSameResult(noIntercept, all, 1e-13, "one pass without intercept", &raw);
-}
-
-TEST(QXMeansXProductsTest, ConstantColumnsExactZerosAndRefusals) {
-  // A constant column: its own value as the mean, exact zeros in its row.
-  for (int weightCols = 0; weightCols <= 2; ++weightCols) {
-    const QXRectMatrix data = RandomCases(333, 3, weightCols, 7u);
-    QXMeansXProducts acc(3, true, weightCols > 0, weightCols > 1);
-    ASSERT_TRUE(acc.Compute(data, 0));
-    EXPECT_EQ(acc.GetMeans()[0], 0.1);
-    for (int j = 0; j < 3; ++j)
-      EXPECT_EQ(acc.GetXProds().GetElem(0, j), 0.0);
-  }
-
+TEST(QXMeansXProductsTest, TakingCasesOutAndRefusals) {
   // Taking out all the weight leaves exact zeros; taking out more is refused.
   QXProvMeans prov(2, true);
   const Vec a = {1.5, -2.0}, b = {0.1, 7.0}, c = {3.0, 3.3};
@@ -255,7 +226,9 @@ TEST(QXMeansXProductsTest, ConstantColumnsExactZerosAndRefusals) {
   EXPECT_TRUE(SameState(acc, before));
   acc.FinishUpdateOnePass();
   const QXMeansXProducts twoPass(before), finished(acc);
-  const QXSymMatrix raw = RawSums(data, 3);
+  Vec means;
+  QXSymMatrix raw;
+  Reference(data, 3, false, means, raw);
   ExpectSameResult(acc, twoPass, 1e-13, "one pass after a refused block", &raw);
 
   // Merges: shapes must agree, an empty object takes the other's shape.

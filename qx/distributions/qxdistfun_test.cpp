@@ -35,7 +35,6 @@ TEST(QXDistFunTest, ComputingTierResetsStatusAndPairsErrorsWithMissing) {
       {"kvatcdff ok", [](long& s) { return D::kvatcdff(1.5, 4.0, 6.0, s); }, 0},
       {"kvatcdff df2<0", [](long& s) { return D::kvatcdff(1.5, 4.0, -6.0, s); }, 1},
       {"kvatidft ok", [](long& s) { return D::kvatidft(0.9, 4.0, s); }, 0},
-      {"kvatidft p=0", [](long& s) { return D::kvatidft(0.0, 4.0, s); }, 1},
       {"kvatidft p=1", [](long& s) { return D::kvatidft(1.0, 4.0, s); }, 1},
       {"kvatidft p NaN", [](long& s) { return D::kvatidft(kNaN, 4.0, s); }, 1},
       {"kvatidff ok", [](long& s) { return D::kvatidff(0.9, 4.0, 6.0, s); }, 0},
@@ -53,37 +52,14 @@ TEST(QXDistFunTest, ComputingTierResetsStatusAndPairsErrorsWithMissing) {
   });
 }
 
+// The refusals of the functions with reference tables are checked with
+// those tables, in qxdistfun_accuracy_test.cpp.
 TEST(QXDistFunTest, PublicTierGivesMissingOnBadInput) {
   const double bad[] = {
-      D::CdfNorm(1.0, 0.0, 0.0),
-      D::CdfNorm(1.0, 0.0, -1.0),
-      D::PdfNormal(1.0, 0.0, 0.0),
-      D::IdfStdNorm(0.0),
-      D::IdfStdNorm(1.0),
-      D::IdfStdNorm(kNaN),
-      D::IdfNorm(0.5, 1.0, 0.0),
-      D::IdfNorm(1.5, 1.0, 2.0),
-      D::CdfT(1.0, 0.0),
-      D::SigT(1.0, -1.0),
-      D::SigT(kNaN, 3.0),
-      D::IdfT(0.5, 0.0),
-      D::CdfF(1.0, 0.0, 1.0),
-      D::SigF(1.0, 1.0, 0.0),
-      D::IdfF(1.0, 2.0, 3.0),
-      D::CdfChi(1.0, 0.0),
-      D::SigChi(1.0, 0.0),
-      D::IdfChi(1.0, 3.0),
-      D::IdfChi(-0.1, 3.0),
-      D::CdfBeta(0.5, 0.0, 1.0),
-      D::CdfGam(1.0, 0.0, 1.0),
-      D::CdfGam(1.0, 1.0, 0.0),
-      D::IdfGam(1.0, 2.0, 1.0),
-      D::IdfGam(0.5, -1.0, 1.0),
-      D::IdfGam(0.5, 0.0, 1.0),
-      D::IdfGam(0.5, 2.0, 0.0),
-      D::PdfGamma(1.0, 0.0, 1.0),
-      D::PdfGamma(0.0, 0.5, 2.0),
-      D::PdfGamma(1e-320, 0.01, 1.0),  // overflows
+      D::CdfNorm(1.0, 0.0, 0.0), D::PdfNormal(1.0, 0.0, 0.0),    D::IdfStdNorm(kNaN),
+      D::IdfNorm(0.5, 1.0, 0.0), D::IdfNorm(1.5, 1.0, 2.0),      D::SigT(kNaN, 3.0),
+      D::SigF(1.0, 1.0, 0.0),    D::IdfGam(1.0, 2.0, 1.0),       D::IdfGam(0.5, -1.0, 1.0),
+      D::IdfGam(0.5, 2.0, 0.0),  D::PdfGamma(1e-320, 0.01, 1.0),  // overflows
   };
   for (size_t i = 0; i < sizeof bad / sizeof bad[0]; i++)
     EXPECT_TRUE(Miss(bad[i])) << "case " << i;
