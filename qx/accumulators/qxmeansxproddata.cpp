@@ -4,48 +4,27 @@
 #include <new>
 
 #include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/matrices/internal/packedlayout.h"
 
 namespace QXMath_850 {
 
-QXMeansXProdData::QXMeansXProdData()
-    : nVars(0), intercept(true), wCases(0.0), xprods(0, true), xprodsFlat(&xprods.AsVector()) {}
+QXMeansXProdData::QXMeansXProdData() : nVars(0), intercept(true), wCases(0.0), xprods(0, true) {}
 
 QXMeansXProdData::QXMeansXProdData(int n, bool withIntercept)
-    : nVars(n), intercept(withIntercept), wCases(0.0), xprodsFlat(nullptr) {
+    : nVars(n), intercept(withIntercept), wCases(0.0) {
   if (n < 0) throw std::bad_alloc();
   means.assign(n, 0.0);
   xprods = QXSymMatrix(n, true);
-  xprodsFlat = &xprods.AsVector();
 }
 
-QXMeansXProdData::QXMeansXProdData(const QXMeansXProdData& other)
-    : nVars(other.nVars),
-      intercept(other.intercept),
-      wCases(other.wCases),
-      means(other.means),
-      xprods(other.xprods),
-      xprodsFlat(&xprods.AsVector()) {}
-
-QXMeansXProdData& QXMeansXProdData::operator=(const QXMeansXProdData& other) {
-  if (this == &other) return *this;
-  nVars = other.nVars;
-  intercept = other.intercept;
-  wCases = other.wCases;
-  means = other.means;
-  xprods = other.xprods;
-  xprodsFlat = &xprods.AsVector();
-  return *this;
-}
-
+QXMeansXProdData::QXMeansXProdData(const QXMeansXProdData& other) = default;
+QXMeansXProdData& QXMeansXProdData::operator=(const QXMeansXProdData& other) = default;
 QXMeansXProdData::~QXMeansXProdData() = default;
 
 void QXMeansXProdData::Clear() {
   wCases = 0.0;
   means.assign(nVars, 0.0);
   xprods.SetNRows(nVars, true);
-  xprodsFlat = &xprods.AsVector();
-  for (double& a : *xprodsFlat)
-    a = 0.0;
 }
 
 bool QXMeansXProdData::SetNVars(int n) {
@@ -55,25 +34,19 @@ bool QXMeansXProdData::SetNVars(int n) {
   return true;
 }
 
-// One running index k walks the packed triangle row by row. g = di * f is
-// formed first and then multiplied by dj, an order kept on purpose.
+// Each row's multiplier (di * f) is formed first and then meets each dj, an
+// order kept on purpose.
 void QXMeansXProdData::UpdateXX(const std::vector<double>& x, double f) {
   if (nVars < 1 || x.size() < static_cast<std::size_t>(nVars)) return;
-  double* a = xprodsFlat->data();
+  double* a = xprods.AsVector().data();
+  const double* v = x.data();
   const double* m = means.data();
-  std::size_t k = 0;
   if (intercept) {
-    for (int i = 0; i < nVars; ++i) {
-      const double g = (x[i] - m[i]) * f;
-      for (int j = 0; j <= i; ++j)
-        a[k++] += (x[j] - m[j]) * g;
-    }
+    internal::AddRankOne(
+        a, nVars, [=](int i) { return (v[i] - m[i]) * f; }, [=](int j) { return v[j] - m[j]; });
   } else {
-    for (int i = 0; i < nVars; ++i) {
-      const double g = x[i] * f;
-      for (int j = 0; j <= i; ++j)
-        a[k++] += x[j] * g;
-    }
+    internal::AddRankOne(
+        a, nVars, [=](int i) { return v[i] * f; }, [=](int j) { return v[j]; });
   }
 }
 
@@ -123,19 +96,19 @@ bool QXMeansXProdData::Merge(const QXMeansXProdData& other) {
   for (int i = 0; i < nVars; ++i)
     m[i] = m1[i] + (m2[i] - m1[i]) * share;
 
-  double* a = xprodsFlat->data();
-  const double* o = other.xprodsFlat->data();
-  const std::size_t size = xprodsFlat->size();
+  std::vector<double>& sums = xprods.AsVector();
+  const std::vector<double>& otherSums = other.xprods.AsVectorConst();
   if (!intercept) {
-    for (std::size_t k = 0; k < size; ++k)
-      a[k] += o[k];
+    for (std::size_t k = 0; k < sums.size(); ++k)
+      sums[k] += otherSums[k];
   } else {
-    std::size_t k = 0;
     for (int i = 0; i < nVars; ++i) {
       const double c1 = w1 * (m[i] - m1[i]);
       const double c2 = w2 * (m[i] - m2[i]);
-      for (int j = 0; j <= i; ++j, ++k)
-        a[k] += (m[j] - m1[j]) * c1 + o[k] + (m[j] - m2[j]) * c2;
+      double* a = sums.data() + internal::RowStart(i);
+      const double* o = otherSums.data() + internal::RowStart(i);
+      for (int j = 0; j <= i; ++j)
+        a[j] += (m[j] - m1[j]) * c1 + o[j] + (m[j] - m2[j]) * c2;
     }
   }
   means = m;

@@ -64,8 +64,6 @@ class QXCOMMON_API QXMeansXProdData {
   double wCases;
   std::vector<double> means;
   QXSymMatrix xprods;
-  // The packed store of xprods, re-taken whenever xprods may have moved it.
-  std::vector<double>* xprodsFlat;
 };
 
 }  // namespace QXMath_850

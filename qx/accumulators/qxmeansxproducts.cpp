@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/matrices/internal/packedlayout.h"
 
 namespace QXMath_850 {
 
@@ -22,41 +23,17 @@ void CaseWeights(const double* x, int rows, int cols, int nVars, int weightColum
 }  // namespace
 
 QXMeansXProducts::QXMeansXProducts()
-    : freqWeight(true),
-      regWeight(false),
-      onePassW(0.0),
-      onePassXProds(0, true),
-      onePassFlat(&onePassXProds.AsVector()) {}
+    : freqWeight(true), regWeight(false), onePassW(0.0), onePassXProds(0, true) {}
 
 QXMeansXProducts::QXMeansXProducts(int n, bool withIntercept, bool freq, bool reg)
     : QXMeansXProdData(n, withIntercept),
       freqWeight(freq),
       regWeight(reg),
       onePassW(0.0),
-      onePassXProds(0, true),
-      onePassFlat(&onePassXProds.AsVector()) {}
+      onePassXProds(0, true) {}
 
-QXMeansXProducts::QXMeansXProducts(const QXMeansXProducts& other)
-    : QXMeansXProdData(other),
-      freqWeight(other.freqWeight),
-      regWeight(other.regWeight),
-      onePassW(other.onePassW),
-      onePassSums(other.onePassSums),
-      onePassXProds(other.onePassXProds),
-      onePassFlat(&onePassXProds.AsVector()) {}
-
-QXMeansXProducts& QXMeansXProducts::operator=(const QXMeansXProducts& other) {
-  if (this == &other) return *this;
-  QXMeansXProdData::operator=(other);
-  freqWeight = other.freqWeight;
-  regWeight = other.regWeight;
-  onePassW = other.onePassW;
-  onePassSums = other.onePassSums;
-  onePassXProds = other.onePassXProds;
-  onePassFlat = &onePassXProds.AsVector();
-  return *this;
-}
-
+QXMeansXProducts::QXMeansXProducts(const QXMeansXProducts& other) = default;
+QXMeansXProducts& QXMeansXProducts::operator=(const QXMeansXProducts& other) = default;
 QXMeansXProducts::~QXMeansXProducts() = default;
 
 int QXMeansXProducts::RowsToRead(const QXRectMatrix& data, int nRows) {
@@ -126,26 +103,18 @@ bool QXMeansXProducts::Compute(const QXRectMatrix& data, int nRows) {
     }
   }
 
-  double* a = xprodsFlat->data();
+  double* a = xprods.AsVector().data();
   std::vector<double> d(nVars);
+  const double* dv = d.data();
   for (int r = 0; r < rows; ++r) {
     const double* row = x + static_cast<std::size_t>(r) * cols;
     for (int i = 0; i < nVars; ++i)
       d[i] = intercept ? row[i] - means[i] : row[i];
-    std::size_t k = 0;
     if (w == 0) {
-      for (int i = 0; i < nVars; ++i) {
-        const double di = d[i];
-        for (int j = 0; j <= i; ++j)
-          a[k++] += di * d[j];
-      }
+      internal::AddRankOne(
+          a, nVars, [=](int i) { return dv[i]; }, [=](int j) { return dv[j]; });
     } else {
-      const double c = weights[r];
-      for (int i = 0; i < nVars; ++i) {
-        const double di = d[i];
-        for (int j = 0; j <= i; ++j)
-          a[k++] += di * d[j] * c;
-      }
+      internal::AddWeightedRankOne(a, nVars, dv, weights[r]);
     }
   }
   return true;
@@ -167,7 +136,6 @@ void QXMeansXProducts::StartUpdateOnePass() {
   onePassSums.assign(nVars, 0.0);
   if (onePassXProds.GetNRows() != nVars) onePassXProds.SetNRows(nVars, true);
   onePassXProds.Clear();
-  onePassFlat = &onePassXProds.AsVector();
 }
 
 bool QXMeansXProducts::UpdateOnePass(const QXRectMatrix& data, int nRows) {
@@ -183,27 +151,22 @@ bool QXMeansXProducts::UpdateOnePass(const QXRectMatrix& data, int nRows) {
 
   const double* x = data.AsVectorConst().data();
   double* s = onePassSums.data();
-  double* a = onePassFlat->data();
+  double* a = onePassXProds.AsVector().data();
   for (int r = 0; r < rows; ++r) {
     const double* row = x + static_cast<std::size_t>(r) * cols;
-    std::size_t k = 0;
-    if (w == 0) {
-      for (int i = 0; i < nVars; ++i) {
-        const double v = row[i];
-        s[i] += v;
-        for (int j = 0; j <= i; ++j)
-          a[k++] += v * row[j];
-      }
-    } else {
-      const double c = w == 1 ? row[nVars] : row[nVars] * row[nVars + 1];
+    // The weighted value v_i = x_i * c goes into the sums and is the row's
+    // multiplier of the raw products v_i * x_j.
+    double c = 1.0;
+    if (w > 0) {
+      c = w == 1 ? row[nVars] : row[nVars] * row[nVars + 1];
       onePassW += c;
-      for (int i = 0; i < nVars; ++i) {
-        const double v = row[i] * c;
-        s[i] += v;
-        for (int j = 0; j <= i; ++j)
-          a[k++] += v * row[j];
-      }
     }
+    const auto weighted = [=](int i) {
+      const double v = w == 0 ? row[i] : row[i] * c;
+      s[i] += v;
+      return v;
+    };
+    internal::AddRankOne(a, nVars, weighted, [=](int j) { return row[j]; });
   }
   return true;
 }
@@ -219,14 +182,13 @@ void QXMeansXProducts::FinishUpdateOnePass() {
   for (int i = 0; i < nVars; ++i)
     means[i] = onePassSums[i] / onePassW;
   if (xprods.GetNRows() != nVars) xprods.SetNRows(nVars, true);
-  xprodsFlat = &xprods.AsVector();
-  double* a = xprodsFlat->data();
-  const double* raw = onePassFlat->data();
-  std::size_t k = 0;
   for (int i = 0; i < nVars; ++i) {
+    const std::size_t start = internal::RowStart(i);
+    const double* raw = onePassXProds.AsVectorConst().data() + start;
+    double* a = xprods.AsVector().data() + start;
     const double m = means[i];
-    for (int j = 0; j <= i; ++j, ++k)
-      a[k] = raw[k] - m * onePassSums[j];
+    for (int j = 0; j <= i; ++j)
+      a[j] = raw[j] - m * onePassSums[j];
   }
 }
 

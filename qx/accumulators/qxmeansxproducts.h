@@ -59,7 +59,6 @@ class QXCOMMON_API QXMeansXProducts : public QXMeansXProdData {
   double onePassW;
   std::vector<double> onePassSums;
   QXSymMatrix onePassXProds;
-  std::vector<double>* onePassFlat;
 };
 
 }  // namespace QXMath_850

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "qx/matrices/internal/scalednorm.h"
+
 namespace QXMath_850 {
 
 namespace {
@@ -249,29 +251,12 @@ int Blas1::IDAMax(int n, double* x, int incx) {
   return imax;
 }
 
-// BLAS DNRM2 by a running scale and scaled sum of squares (Hammarling), so
-// that no square overflows or underflows. Zero elements are skipped.
+// BLAS DNRM2 (Hammarling's scaled sum of squares); a single element is its
+// absolute value.
 double Blas1::DNrm2(int n, double* x, int incx) {
   if (n < 1 || incx < 1) return 0.0;
   if (n == 1) return D_Abs(x[0]);
-  double scale = 0.0;
-  double ssq = 1.0;
-  int ix = 0;
-  for (int i = 0; i < n; i++) {
-    if (x[ix] != 0.0) {
-      double absx = D_Abs(x[ix]);
-      if (absx > scale) {
-        double t = scale / absx;
-        ssq = 1.0 + ssq * (t * t);
-        scale = absx;
-      } else {
-        double t = absx / scale;
-        ssq = ssq + t * t;
-      }
-    }
-    ix += incx;
-  }
-  return scale * std::sqrt(ssq);
+  return internal::ScaledNorm2(n, x, incx);
 }
 
 bool Blas1::LSame(char a, char b) {

@@ -2,6 +2,9 @@
 
 #include <cmath>
 
+#include "qx/matrices/internal/packedlayout.h"
+#include "qx/matrices/internal/scalednorm.h"
+
 namespace QXMath_850 {
 
 namespace {
@@ -94,27 +97,9 @@ void QXMathFun::Daxpy(int n, double a, const std::vector<double>& x, int xStart,
   }
 }
 
-// BLAS DNRM2 by a running scale and scaled sum of squares; zeros are skipped.
 double QXMathFun::DNrm2(int n, const std::vector<double>& x, int start, int stride) {
   if (n < 1) return 0.0;
-  double scale = 0.0;
-  double ssq = 1.0;
-  int ix = StartOf(n, start, stride);
-  for (int i = 0; i < n; i++) {
-    if (x[ix] != 0.0) {
-      double absx = std::fabs(x[ix]);
-      if (absx > scale) {
-        double t = scale / absx;
-        ssq = 1.0 + ssq * (t * t);
-        scale = absx;
-      } else {
-        double t = absx / scale;
-        ssq = ssq + t * t;
-      }
-    }
-    ix += stride;
-  }
-  return scale * std::sqrt(ssq);
+  return internal::ScaledNorm2(n, x.data() + StartOf(n, start, stride), stride);
 }
 
 double QXMathFun::IIDot(int n, const std::vector<double>& x, int xStart, int xInc,
@@ -168,7 +153,7 @@ void QXMathFun::LRZero(std::vector<double>& x, int start, int count) {
 void QXMathFun::LTGltl(int n, std::vector<double>& l) {
   for (int i = 0; i < n; i++) {
     for (int j = i; j < n; j++) {
-      int diag = j * (j + 1) / 2;
+      const int diag = static_cast<int>(internal::RowStart(j));
       l[diag + i] = IIDot(n - j, l, diag + i, j + 1, l, diag + j, j + 1);
     }
   }
@@ -186,24 +171,17 @@ double QXMathFun::VSV(int n, const std::vector<double>& s, const std::vector<dou
   return sum;
 }
 
-// The row is read in two runs: (row, 0..row-1) side by side in the store, then
-// (row..n-1, row) down the column with a step of row + 1 that grows by one.
+// The whole symmetric row: (row, 0..row-1) side by side in the store, then
+// (row..n-1, row) down the column.
 double QXMathFun::RVD(int n, const std::vector<double>& s, int row, const std::vector<double>& v,
                       int start, int stride) {
   double t = 0.0;
   if (row < 0 || row >= n) return t;
-  int pos = row * (row + 1) / 2;
   int iv = start;
-  for (int j = 0; j < row; j++) {
-    t = t + v[iv] * s[pos];
-    pos++;
+  internal::WalkSymmetricRow(s.data(), row, n, [&](int, double e) {
+    t = t + v[iv] * e;
     iv += stride;
-  }
-  for (int j = row; j < n; j++) {
-    t = t + v[iv] * s[pos];
-    pos += j + 1;
-    iv += stride;
-  }
+  });
   return t;
 }
 

@@ -5,6 +5,7 @@
 
 #include "qx/foundation/qxcomponentdisplay.h"
 #include "qx/foundation/qxmissingvalue.h"
+#include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/qxsymmatrix.h"
 
 namespace QXMath_850 {
@@ -113,16 +114,15 @@ bool QXSparseVector::QuadraticOuterProductIncr(QXSymMatrix& s, double w) const {
   return QuadraticOuterProductPartIncr(s, 0, w);
 }
 
-// The packed position of (p_i, p_j), j <= i, is p_i*(p_i+1)/2 + p_j, so each
-// row of the update is one base position plus the column positions.
+// Element (offset + p_i, offset + p_j), j <= i, lies in row offset + p_i of
+// the triangle at column offset + p_j, since the indices ascend.
 bool QXSparseVector::QuadraticOuterProductPartIncr(QXSymMatrix& s, int offset, double w) const {
   if (!valid || offset < 0 || s.GetNRows() < GetMinVecSize() + offset) return false;
   std::vector<double>& store = s.AsVector();
   const int* p = indices->data();
   const double* a = values->data();
   for (int i = 0; i < count; ++i) {
-    const std::size_t row = static_cast<std::size_t>(offset + p[i]);
-    const std::size_t base = row * (row + 1) / 2 + offset;
+    const std::size_t base = internal::RowStart(offset + p[i]) + offset;
     const double wa = w * a[i];
     for (int j = 0; j <= i; ++j)
       store[base + p[j]] += wa * a[j];

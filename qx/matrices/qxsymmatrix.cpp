@@ -3,26 +3,23 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <utility>
 
 #include "qx/foundation/qxcomponentdisplay.h"
 #include "qx/matrices/blas1_d.h"
 #include "qx/matrices/internal/displayrow.h"
+#include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/qxrectmatrix.h"
 
 namespace QXMath_850 {
 
+using internal::DiagIndex;
+using internal::PackedIndex;
+using internal::PackedSize;
+using internal::RowStart;
+using internal::WalkDiagonal;
+using internal::WalkSymmetricRow;
+
 namespace {
-
-// Position of element (i, 0) in the packed lower triangle.
-inline std::size_t RowStart(int i) {
-  return static_cast<std::size_t>(i) * (static_cast<std::size_t>(i) + 1) / 2;
-}
-
-// Length of the packed store of order n; 0 for n < 1.
-inline std::size_t PackedSize(int n) {
-  return n > 0 ? RowStart(n) : 0;
-}
 
 inline int Order(int n) {
   return n > 0 ? n : 0;
@@ -80,7 +77,7 @@ QXSymMatrix::~QXSymMatrix() = default;
 
 bool QXSymMatrix::ResizeNRows(std::vector<double>& store, int& n) {
   if (n > 0) {
-    const std::size_t needed = RowStart(n);
+    const std::size_t needed = PackedSize(n);
     if (store.size() > needed) {
       store.resize(needed);
     } else if (store.size() < needed) {
@@ -161,22 +158,15 @@ bool QXSymMatrix::DeleteOneRow(int row) {
 
 bool QXSymMatrix::SetToVV(const std::vector<double>& v) {
   if (!SetNRows(static_cast<int>(v.size()), false)) return false;
-  std::size_t p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    for (int j = 0; j <= i; ++j)
-      data[p++] = v[i] * v[j];
-  }
+  internal::WalkLower(data.data(), nRows, [&](int i, int j, double& a) { a = v[i] * v[j]; });
   return true;
 }
 
 bool QXSymMatrix::SetToVW(const std::vector<double>& v, const std::vector<double>& w) {
   if (v.size() != w.size()) return false;
   if (!SetNRows(static_cast<int>(v.size()), false)) return false;
-  std::size_t p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    for (int j = 0; j <= i; ++j)
-      data[p++] = v[i] * w[j] + w[i] * v[j];
-  }
+  internal::WalkLower(data.data(), nRows,
+                      [&](int i, int j, double& a) { a = v[i] * w[j] + w[i] * v[j]; });
   return true;
 }
 
@@ -194,13 +184,11 @@ bool QXSymMatrix::IsValidMatrix() const {
 }
 
 double QXSymMatrix::GetElem(int row, int col) const {
-  if (col > row) std::swap(row, col);
-  return data[RowStart(row) + col];
+  return data[PackedIndex(row, col)];
 }
 
 bool QXSymMatrix::SetElem(int row, int col, double value) {
-  if (col > row) std::swap(row, col);
-  data[RowStart(row) + col] = value;
+  data[PackedIndex(row, col)] = value;
   return true;
 }
 
@@ -217,39 +205,20 @@ bool QXSymMatrix::SetElem(int position, double value) {
 bool QXSymMatrix::GetRow(int row, std::vector<double>& out) const {
   if (row < 0 || row >= nRows) return false;
   out.resize(nRows, 0.0);
-  const std::size_t start = RowStart(row);
-  for (int j = 0; j < row; ++j)
-    out[j] = data[start + j];
-  // Down column `row`: the step from (j, row) to (j + 1, row) is j + 1.
-  std::size_t p = start + row;
-  for (int j = row; j < nRows; ++j) {
-    out[j] = data[p];
-    p += j + 1;
-  }
+  WalkSymmetricRow(data.data(), row, nRows, [&out](int j, double a) { out[j] = a; });
   return true;
 }
 
 bool QXSymMatrix::PutRow(int row, const std::vector<double>& in) {
   if (row < 0 || row >= nRows || static_cast<int>(in.size()) < nRows) return false;
-  const std::size_t start = RowStart(row);
-  for (int j = 0; j < row; ++j)
-    data[start + j] = in[j];
-  std::size_t p = start + row;
-  for (int j = row; j < nRows; ++j) {
-    data[p] = in[j];
-    p += j + 1;
-  }
+  WalkSymmetricRow(data.data(), row, nRows, [&in](int j, double& a) { a = in[j]; });
   return true;
 }
 
 void QXSymMatrix::GetDiagonal(std::vector<double>& diag) const {
   const int n = Order(nRows);
   diag.resize(n, 0.0);
-  std::size_t p = 0;
-  for (int i = 0; i < n; ++i) {
-    diag[i] = data[p];
-    p += i + 2;
-  }
+  WalkDiagonal(data.data(), 0, n, [&diag](int i, double a) { diag[i] = a; });
 }
 
 bool QXSymMatrix::GetPCol(int col, int first, int last, std::vector<double>& out,
@@ -288,14 +257,7 @@ bool QXSymMatrix::IncrVecByRow(int row, std::vector<double>& v, int offset, int 
     }
   }
   const int m = count < nRows ? count : nRows;
-  const std::size_t start = RowStart(row);
-  for (int k = 0; k < m && k < row; ++k)
-    v[offset + k] += scale * data[start + k];
-  std::size_t p = start + row;
-  for (int k = row; k < m; ++k) {
-    v[offset + k] += scale * data[p];
-    p += k + 1;
-  }
+  WalkSymmetricRow(data.data(), row, m, [&](int k, double a) { v[offset + k] += scale * a; });
   return true;
 }
 
@@ -303,13 +265,8 @@ bool QXSymMatrix::IncrVecByRow(int row, std::vector<double>& v, int offset, int 
 // Rank-one updates
 
 void QXSymMatrix::IncrementByVV(const double* x, double w) {
-  double* a = data.data();
-  for (int i = 0; i < nRows; ++i) {
-    const double wx = w * x[i];
-    double* row = a + RowStart(i);
-    for (int j = 0; j <= i; ++j)
-      row[j] += wx * x[j];
-  }
+  internal::AddRankOne(
+      data.data(), nRows, [=](int i) { return w * x[i]; }, [=](int j) { return x[j]; });
 }
 
 bool QXSymMatrix::UpdateXX(const std::vector<double>& x, double w) {
@@ -319,15 +276,10 @@ bool QXSymMatrix::UpdateXX(const std::vector<double>& x, double w) {
 
 bool QXSymMatrix::UpdateXXPosNegW(const std::vector<double>& x, double w) {
   if (static_cast<int>(x.size()) != nRows) return false;
-  double* a = data.data();
   const double* xv = x.data();
-  for (int i = 0; i < nRows; ++i) {
-    if (xv[i] == 0.0) continue;
-    const double wx = w * xv[i];
-    double* row = a + RowStart(i);
-    for (int j = 0; j <= i; ++j)
-      row[j] += wx * xv[j];
-  }
+  internal::AddRankOne(
+      data.data(), nRows, [=](int i) { return xv[i] != 0.0; }, [=](int i) { return w * xv[i]; },
+      [=](int j) { return xv[j]; });
   return true;
 }
 
@@ -383,30 +335,18 @@ void QXSymMatrix::MultiplyByNumber(double factor) {
 }
 
 void QXSymMatrix::AddToDiagonal(double value) {
-  std::size_t p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    data[p] += value;
-    p += i + 2;
-  }
+  WalkDiagonal(data.data(), 0, nRows, [value](int, double& a) { a += value; });
 }
 
 bool QXSymMatrix::AddToDiagonalPart(int first, int count, double value) {
   if (first < 0 || count < 0 || first + count >= nRows) return false;
-  std::size_t p = RowStart(first) + first;
-  for (int i = first; i < first + count; ++i) {
-    data[p] += value;
-    p += i + 2;
-  }
+  WalkDiagonal(data.data(), first, count, [value](int, double& a) { a += value; });
   return true;
 }
 
 double QXSymMatrix::Trace() const {
   double sum = 0.0;
-  std::size_t p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    sum += data[p];
-    p += i + 2;
-  }
+  WalkDiagonal(data.data(), 0, nRows, [&sum](int, double a) { sum += a; });
   return sum;
 }
 
@@ -414,13 +354,10 @@ void QXSymMatrix::MaxMinDiag(double& largest, double& smallest) const {
   if (nRows < 1) return;
   largest = -1.7976931348623157e+308;
   smallest = 1.7976931348623157e+308;
-  std::size_t p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    const double d = data[p];
+  WalkDiagonal(data.data(), 0, nRows, [&](int, double d) {
     if (d > largest) largest = d;
     if (d < smallest) smallest = d;
-    p += i + 2;
-  }
+  });
 }
 
 void QXSymMatrix::MaxMinDiagOffDiag(double& largestDiag, double& smallestDiag, double& largestOff,
@@ -430,29 +367,17 @@ void QXSymMatrix::MaxMinDiagOffDiag(double& largestDiag, double& smallestDiag, d
   smallestDiag = 1.7976931348623157e+308;
   largestOff = -1.7976931348623157e+308;
   smallestOff = 1.7976931348623157e+308;
-  std::size_t p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    for (int j = 0; j < i; ++j, ++p) {
-      const double a = data[p];
-      if (a > largestOff) largestOff = a;
-      if (a < smallestOff) smallestOff = a;
-    }
-    const double d = data[p++];
-    if (d > largestDiag) largestDiag = d;
-    if (d < smallestDiag) smallestDiag = d;
-  }
+  internal::WalkLower(data.data(), nRows, [&](int i, int j, double a) {
+    double& largest = j < i ? largestOff : largestDiag;
+    double& smallest = j < i ? smallestOff : smallestDiag;
+    if (a > largest) largest = a;
+    if (a < smallest) smallest = a;
+  });
 }
 
 bool QXSymMatrix::SetRowColToConst(int row, double value) {
   if (row < 0 || row >= nRows) return false;
-  const std::size_t start = RowStart(row);
-  for (int j = 0; j < row; ++j)
-    data[start + j] = value;
-  std::size_t p = start + row;
-  for (int j = row; j < nRows; ++j) {
-    data[p] = value;
-    p += j + 1;
-  }
+  WalkSymmetricRow(data.data(), row, nRows, [value](int, double& a) { a = value; });
   return true;
 }
 
@@ -462,13 +387,12 @@ bool QXSymMatrix::ZeroOut(int row) {
 
 bool QXSymMatrix::SetCovarZeros(QXSymMatrix& other) {
   if (other.nRows != nRows) return false;
-  std::size_t p = 0;
   for (int i = 0; i < nRows; ++i) {
+    const std::size_t p = DiagIndex(i);
     if (data[p] <= 0.0 || other.data[p] <= 0.0) {
       ZeroOut(i);
       other.ZeroOut(i);
     }
-    p += i + 2;
   }
   return true;
 }
@@ -484,12 +408,10 @@ bool QXSymMatrix::ZeroOutRedundant(const QXBitSet& keep) {
 void QXSymMatrix::ZeroOutAllSmall(double ratio) {
   if (!(ratio > 0.0)) return;
   double m = 0.0;
-  std::size_t p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    const double d = std::fabs(data[p]);
+  WalkDiagonal(data.data(), 0, nRows, [&m](int, double a) {
+    const double d = std::fabs(a);
     if (d > m) m = d;
-    p += i + 2;
-  }
+  });
   const double limit = ratio * m;
   for (double& a : data) {
     if (std::fabs(a) < limit) a = 0.0;
@@ -500,49 +422,40 @@ void QXSymMatrix::ZeroOutAllSmall(double ratio) {
 void QXSymMatrix::ZeroOutRowsForSmallDiag(double ratio) {
   if (!(ratio > 0.0) || nRows < 1) return;
   double m = 0.0;
-  std::size_t p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    const double d = std::fabs(data[p]);
+  // ZeroOut(i) clears no diagonal below row i, so the walk may go on.
+  WalkDiagonal(data.data(), 0, nRows, [&](int i, double a) {
+    const double d = std::fabs(a);
     if (d > m) m = d;
     if (m == 0.0 || d / m < ratio) ZeroOut(i);
-    p += i + 2;
-  }
+  });
 }
 
 void QXSymMatrix::ZeroOutNonDiag(double ratio) {
   if (!(ratio > 0.0)) return;
-  std::size_t p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    const double aii = std::fabs(data[RowStart(i) + i]);
-    std::size_t pjj = 0;
-    for (int j = 0; j < i; ++j, ++p) {
-      if (std::fabs(data[p]) <= ratio * std::sqrt(aii * std::fabs(data[pjj]))) data[p] = 0.0;
-      pjj += j + 2;
+  // Only elements off the diagonal change, so the diagonals read stay put.
+  double* d = data.data();
+  internal::WalkLower(d, nRows, [=](int i, int j, double& a) {
+    if (j < i && std::fabs(a) <=
+                     ratio * std::sqrt(std::fabs(d[DiagIndex(i)]) * std::fabs(d[DiagIndex(j)]))) {
+      a = 0.0;
     }
-    ++p;
-  }
+  });
 }
 
 bool QXSymMatrix::ReplaceDiagZeroes(double ratio) {
   if (ratio < 0.0 || nRows < 1) return false;
   double m = 0.0;
   bool anyPositive = false;
-  std::size_t p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    const double d = data[p];
+  WalkDiagonal(data.data(), 0, nRows, [&](int, double d) {
     if (d > 0.0) {
       if (!anyPositive || d > m) m = d;
       anyPositive = true;
     }
-    p += i + 2;
-  }
+  });
   if (!anyPositive) return false;
-  p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    const double d = data[p];
-    if (d <= 0.0 || d / m <= ratio) data[p] = m;
-    p += i + 2;
-  }
+  WalkDiagonal(data.data(), 0, nRows, [&](int, double& d) {
+    if (d <= 0.0 || d / m <= ratio) d = m;
+  });
   return true;
 }
 

@@ -7,6 +7,7 @@
 
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/blas1_d.h"
+#include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/qxmathfun.h"
 #include "qx/matrices/qxsymmatrix.h"
 
@@ -14,11 +15,12 @@ namespace QXMath_850 {
 
 namespace {
 
+using internal::DiagIndex;
+using internal::PackedIndex;
+using internal::RowStart;
+using internal::WalkColumn;
+using internal::WalkDiagonal;
 using QXCommon_850::QXMV;
-
-inline std::size_t RowStart(int i) {
-  return static_cast<std::size_t>(i) * (static_cast<std::size_t>(i) + 1) / 2;
-}
 
 // Puts a determinant held as det[0] * 10^det[1] back into 1 <= |det[0]| < 10.
 // An infinite mantissa is left as it is rather than divided forever.
@@ -64,14 +66,13 @@ template <typename Accept>
 int RowCholesky(double* a, int n, const double* diag, double tol, int limit, Accept accept) {
   int redundant = 0;
   int accepted = 0;
-  std::size_t ri = 0;
   for (int i = 0; i < n; ++i) {
-    std::size_t rj = 0;
+    const std::size_t ri = RowStart(i);
     for (int j = 0; j < i; ++j) {
+      const std::size_t rj = RowStart(j);
       const double r = a[ri + j] - Blas1::DDot(j, a + ri, 1, a + rj, 1);
       const double ajj = a[rj + j];
       a[ri + j] = ajj != 0.0 ? r / ajj : 0.0;
-      rj += j + 1;
     }
     const double r = a[ri + i] - Blas1::DDot(i, a + ri, 1, a + ri, 1);
     if (r > tol * diag[i]) {
@@ -83,18 +84,15 @@ int RowCholesky(double* a, int n, const double* diag, double tol, int limit, Acc
       a[ri + i] = 0.0;
       ++redundant;
     }
-    ri += i + 1;
   }
   return redundant;
 }
 
 double SmallestDiagonal(const std::vector<double>& a, int n) {
   double smallest = a[0];
-  std::size_t p = 0;
-  for (int i = 0; i < n; ++i) {
-    if (a[p] < smallest) smallest = a[p];
-    p += i + 2;
-  }
+  WalkDiagonal(a.data(), 0, n, [&smallest](int, double d) {
+    if (d < smallest) smallest = d;
+  });
   return smallest;
 }
 
@@ -102,11 +100,7 @@ double SmallestDiagonal(const std::vector<double>& a, int n) {
 double ColumnBelowDiagonalDot(const std::vector<double>& a, int n, int row,
                               const std::vector<double>& x) {
   double sum = 0.0;
-  std::size_t p = RowStart(row + 1) + row;
-  for (int j = row + 1; j < n; ++j) {
-    sum += a[p] * x[j];
-    p += j + 1;
-  }
+  WalkColumn(a.data(), row, row + 1, n, [&](int j, double e) { sum += e * x[j]; });
   return sum;
 }
 
@@ -125,14 +119,12 @@ void SubstituteBoth(const std::vector<double>& a, int n, const std::vector<doubl
                     std::vector<double>& x) {
   // The kernel takes non-const pointers but only reads the factor here.
   double* l = const_cast<double*>(a.data());
-  std::size_t ri = 0;
   for (int i = 0; i < n; ++i) {
-    const double aii = a[ri + i];
-    x[i] = aii == 0.0 ? 0.0 : (b[i] - Blas1::DDot(i, l + ri, 1, x.data(), 1)) / aii;
-    ri += i + 1;
+    const double aii = a[DiagIndex(i)];
+    x[i] = aii == 0.0 ? 0.0 : (b[i] - Blas1::DDot(i, l + RowStart(i), 1, x.data(), 1)) / aii;
   }
   for (int i = n - 1; i >= 0; --i) {
-    const double aii = a[RowStart(i) + i];
+    const double aii = a[DiagIndex(i)];
     x[i] = aii == 0.0 ? 0.0 : (x[i] - ColumnBelowDiagonalDot(a, n, i, x)) / aii;
   }
 }
@@ -206,11 +198,10 @@ bool QXSymMatrix::Sweep(int k, double tol, const double* diag, QXBitSet& swept, 
     // A row already in holds minus an element of the inverse on its diagonal;
     // the new pivot may not push it beyond the tolerance.
     const int limit = n < swept.Size() ? n : swept.Size();
-    std::size_t ri = 0;
-    for (int i = 0; i < limit; ri += i + 1, ++i) {
+    for (int i = 0; i < limit; ++i) {
       if (!swept.IsIn(i)) continue;
-      const double aik = i < k ? a[rk + i] : a[ri + k];
-      const double q = a[ri + i] - (aik / p) * aik;
+      const double aik = a[PackedIndex(i, k)];
+      const double q = a[DiagIndex(i)] - (aik / p) * aik;
       if (!((q * tol * diag[i]) > -1.0)) return false;
     }
   }
@@ -225,9 +216,9 @@ bool QXSymMatrix::Sweep(int k, double tol, const double* diag, QXBitSet& swept, 
   int i = 0;
   for (; i + 3 < k - 3; i += 4) {
     double* r0 = a + RowStart(i);
-    double* r1 = r0 + i + 1;
-    double* r2 = r1 + i + 2;
-    double* r3 = r2 + i + 3;
+    double* r1 = a + RowStart(i + 1);
+    double* r2 = a + RowStart(i + 2);
+    double* r3 = a + RowStart(i + 3);
     double* pk = a + rk + i;
     const double b0 = pk[0], b1 = pk[1], b2 = pk[2], b3 = pk[3];
     pk[0] = s * b0;
@@ -256,13 +247,12 @@ bool QXSymMatrix::Sweep(int k, double tol, const double* diag, QXBitSet& swept, 
 
   // Rows after k: columns before k take row k, columns after it walk down
   // column k, whose elements are all scaled before they are used.
-  const std::size_t belowPivot = RowStart(k + 1) + k;  // element (k + 1, k)
   i = k + 1;
   for (; i < n - 3; i += 4) {
     double* r0 = a + RowStart(i);
-    double* r1 = r0 + i + 1;
-    double* r2 = r1 + i + 2;
-    double* r3 = r2 + i + 3;
+    double* r1 = a + RowStart(i + 1);
+    double* r2 = a + RowStart(i + 2);
+    double* r3 = a + RowStart(i + 3);
     const double b0 = r0[k], b1 = r1[k], b2 = r2[k], b3 = r3[k];
     r0[k] = s * b0;
     r1[k] = s * b1;
@@ -273,15 +263,12 @@ bool QXSymMatrix::Sweep(int k, double tol, const double* diag, QXBitSet& swept, 
     const double c2 = negate ? -b2 : b2;
     const double c3 = negate ? -b3 : b3;
     AddScaledTo4(k, pivotRow, r0, r1, r2, r3, c0, c1, c2, c3);
-    std::size_t pj = belowPivot;
-    for (int j = k + 1; j <= i; ++j) {
-      const double v = a[pj];
+    WalkColumn(a, k, k + 1, i + 1, [=](int j, double v) {
       r0[j] += c0 * v;
       r1[j] += c1 * v;
       r2[j] += c2 * v;
       r3[j] += c3 * v;
-      pj += j + 1;
-    }
+    });
     r1[i + 1] += c1 * r1[k];
     r2[i + 1] += c2 * r1[k];
     r2[i + 2] += c2 * r2[k];
@@ -295,11 +282,7 @@ bool QXSymMatrix::Sweep(int k, double tol, const double* diag, QXBitSet& swept, 
     r[k] = s * b;
     const double c = negate ? -b : b;
     AddScaledTo1(k, pivotRow, r, c);
-    std::size_t pj = belowPivot;
-    for (int j = k + 1; j <= i; ++j) {
-      r[j] += c * a[pj];
-      pj += j + 1;
-    }
+    WalkColumn(a, k, k + 1, i + 1, [=](int j, double v) { r[j] += c * v; });
   }
 
   swept.Set(k, !wasSwept);
@@ -325,9 +308,7 @@ bool QXSymMatrix::SweepOrig(int k, double tol, const std::vector<double>& diag, 
       if (diag[i] < 0.0) return false;
     }
   }
-  auto at = [this](int row, int col) -> double& {
-    return row >= col ? data[RowStart(row) + col] : data[RowStart(col) + row];
-  };
+  auto at = [this](int row, int col) -> double& { return data[PackedIndex(row, col)]; };
   const bool wasSwept = swept.IsIn(k);
   const double p = at(k, k);
   if (!wasSwept) {
@@ -385,7 +366,7 @@ bool QXSymMatrix::SweepOnMany(int count, double tol, bool pivotBefore, QXBitSet&
   for (int i = 0; i < count; ++i)
     swept.Set(i, false);
   for (int i = 0; i < count; ++i) {
-    const std::size_t ii = RowStart(i) + i;
+    const std::size_t ii = DiagIndex(i);
     double v = 0.0;
     if (pivotBefore) v = data[ii];
     const bool ok = Sweep(i, tol, diag, swept, false);
@@ -477,11 +458,9 @@ int QXSymMatrix::LTChol(double tol, double& minPivot, bool check) {
 int QXSymMatrix::LTDetInverse(double* det, int job) {
   const int n = nRows;
   int zeros = 0;
-  std::size_t p = 0;
-  for (int i = 0; i < n; ++i) {
-    if (data[p] == 0.0) ++zeros;
-    p += i + 2;
-  }
+  WalkDiagonal(data.data(), 0, n, [&zeros](int, double d) {
+    if (d == 0.0) ++zeros;
+  });
 
   if (job % 10 != 0 && det != nullptr) {
     if (zeros != 0) {
@@ -490,13 +469,12 @@ int QXSymMatrix::LTDetInverse(double* det, int job) {
     } else {
       det[0] = 1.0;
       det[1] = 0.0;
-      p = 0;
-      for (int i = 0; i < n; ++i) {
-        det[0] = data[p] * det[0];
-        if (det[0] == 0.0) break;
+      WalkDiagonal(data.data(), 0, n, [det](int, double d) {
+        det[0] = d * det[0];
+        if (det[0] == 0.0) return false;
         Renormalize(det);
-        p += i + 2;
-      }
+        return true;
+      });
     }
   }
 
@@ -508,11 +486,7 @@ int QXSymMatrix::LTDetInverse(double* det, int job) {
     for (int k = n - 1; k >= 0; --k) {
       double* rowK = a + RowStart(k);
       if (rowK[k] == 0.0) {
-        std::size_t p = RowStart(k + 1) + k;
-        for (int r = k + 1; r < n; ++r) {
-          a[p] = 0.0;
-          p += r + 1;
-        }
+        WalkColumn(a, k, k + 1, n, [](int, double& e) { e = 0.0; });
         for (int j = 0; j <= k; ++j)
           rowK[j] = 0.0;
         continue;
@@ -550,15 +524,9 @@ void QXSymMatrix::LTLTransL() {
 void QXSymMatrix::LTLLTrans() {
   std::vector<double> product(data.size());
   double* a = data.data();
-  std::size_t ri = 0;
-  for (int i = 0; i < nRows; ++i) {
-    std::size_t rj = 0;
-    for (int j = 0; j <= i; ++j) {
-      product[ri + j] = Blas1::DDot(j + 1, a + ri, 1, a + rj, 1);
-      rj += j + 1;
-    }
-    ri += i + 1;
-  }
+  internal::WalkLower(product.data(), nRows, [a](int i, int j, double& out) {
+    out = Blas1::DDot(j + 1, a + RowStart(i), 1, a + RowStart(j), 1);
+  });
   data.swap(product);
 }
 
@@ -616,13 +584,13 @@ bool QXSymMatrix::TSolveSubst(const std::vector<double>& b, std::vector<double>&
   double sum = 0.0;
   if (transposed) {
     for (int i = n - 1; i >= 0; --i) {
-      const double aii = data[RowStart(i) + i];
+      const double aii = data[DiagIndex(i)];
       DotProdColBelowDiagBackVec(i, x, sum);
       x[i] = aii == 0.0 ? 0.0 : (b[i] - sum) / aii;
     }
   } else {
     for (int i = 0; i < n; ++i) {
-      const double aii = data[RowStart(i) + i];
+      const double aii = data[DiagIndex(i)];
       DotProdRowBeforeDiagFrontVec(i, x, sum);
       x[i] = aii == 0.0 ? 0.0 : (b[i] - sum) / aii;
     }
@@ -699,17 +667,16 @@ bool QXSymMatrix::LTCholUpdateR1(const std::vector<double>& x, std::vector<doubl
     return false;
   }
   double* a = data.data();
-  std::size_t ri = 0;
   for (int i = 0; i < n; ++i) {
+    double* row = a + RowStart(i);
     double t = x[i];
     for (int j = 0; j < i; ++j) {
-      const double u = a[ri + j];
+      const double u = row[j];
       const double next = c[j] * t - u * s[j];
-      a[ri + j] = c[j] * u + s[j] * t;
+      row[j] = c[j] * u + s[j] * t;
       t = next;
     }
-    Blas1::DRotG(a + ri + i, &t, &c[i], &s[i]);
-    ri += i + 1;
+    Blas1::DRotG(row + i, &t, &c[i], &s[i]);
   }
   return true;
 }
@@ -727,22 +694,15 @@ bool QXSymMatrix::LTCholDowndate(const std::vector<double>& x, std::vector<doubl
   double* a = data.data();
 
   double largest = 0.0;
-  std::size_t p = 0;
-  for (int i = 0; i < n; ++i) {
-    if (a[p] > largest) largest = a[p];
-    p += i + 2;
-  }
-  p = 0;
-  for (int i = 0; i < n; ++i) {
-    if (a[p] <= 0.0) a[p] = largest * 0.1;
-    p += i + 2;
-  }
+  WalkDiagonal(a, 0, static_cast<int>(n), [&largest](int, double d) {
+    if (d > largest) largest = d;
+  });
+  WalkDiagonal(a, 0, static_cast<int>(n), [largest](int, double& d) {
+    if (d <= 0.0) d = largest * 0.1;
+  });
 
-  std::size_t ri = 0;
-  for (int i = 0; i < n; ++i) {
-    s[i] = (x[i] - Blas1::DDot(i, a + ri, 1, s.data(), 1)) / a[ri + i];
-    ri += i + 1;
-  }
+  for (int i = 0; i < n; ++i)
+    s[i] = (x[i] - Blas1::DDot(i, a + RowStart(i), 1, s.data(), 1)) / a[DiagIndex(i)];
   double rho = QXMathFun::DNrm2(static_cast<int>(n), s, 0, 1);
   if (rho >= 1.0) {
     if (!force) return false;
@@ -765,15 +725,14 @@ bool QXSymMatrix::LTCholDowndate(const std::vector<double>& x, std::vector<doubl
     alpha = r * t;
   }
 
-  ri = 0;
   for (int j = 0; j < n; ++j) {
+    double* row = a + RowStart(j);
     double u = 0.0;
     for (int k = j; k >= 0; --k) {
-      const double v = a[ri + k];
-      a[ri + k] = v * c[k] - u * s[k];
+      const double v = row[k];
+      row[k] = v * c[k] - u * s[k];
       u = c[k] * u + s[k] * v;
     }
-    ri += j + 1;
   }
   return true;
 }
@@ -849,17 +808,14 @@ bool QXSymMatrix::AdjustOffDiagCorr(double margin) {
   if (margin < 0.0 || margin >= 1.0) return false;
   if (nRows < 1) return true;
   const double bound = 1.0 - margin;
-  std::size_t p = 0;
-  for (int i = 0; i < nRows; ++i) {
-    for (int j = 0; j < i; ++j, ++p) {
-      if (data[p] >= 1.0) {
-        data[p] = bound;
-      } else if (data[p] <= -1.0) {
-        data[p] = -bound;
-      }
+  internal::WalkLower(data.data(), nRows, [bound](int i, int j, double& a) {
+    if (j == i) return;
+    if (a >= 1.0) {
+      a = bound;
+    } else if (a <= -1.0) {
+      a = -bound;
     }
-    ++p;
-  }
+  });
   return true;
 }
 

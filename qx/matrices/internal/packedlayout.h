@@ -1,0 +1,122 @@
+#ifndef QX_MATRICES_INTERNAL_PACKEDLAYOUT_H
+#define QX_MATRICES_INTERNAL_PACKEDLAYOUT_H
+
+// The packed lower triangle by rows, without gaps, in which the symmetric
+// matrices and the accumulators keep their elements: element (i, j), i >= j,
+// stands at i*(i+1)/2 + j. Row i's elements up to its diagonal lie side by
+// side; a step down a column, from row r to row r + 1, moves r + 1 places; a
+// step down the diagonal, from row i to row i + 1, moves i + 2. The walks
+// below advance their position by those steps rather than recompute it.
+// Never installed.
+
+#include <cstddef>
+#include <type_traits>
+
+namespace QXMath_850 {
+namespace internal {
+
+// Position of element (i, 0).
+inline std::size_t RowStart(int i) {
+  return static_cast<std::size_t>(i) * (static_cast<std::size_t>(i) + 1) / 2;
+}
+
+// Doubles in a store of order n; 0 for n < 1.
+inline std::size_t PackedSize(int n) {
+  return n > 0 ? RowStart(n) : 0;
+}
+
+// Position of the diagonal element (i, i).
+inline std::size_t DiagIndex(int i) {
+  return RowStart(i) + static_cast<std::size_t>(i);
+}
+
+// Position of element (i, j), which is also element (j, i).
+inline std::size_t PackedIndex(int i, int j) {
+  return i >= j ? RowStart(i) + j : RowStart(j) + i;
+}
+
+// Calls f(i, a_ii) for rows first..first+count-1, down the diagonal. When f
+// returns bool, false stops the walk.
+template <typename T, typename F>
+inline void WalkDiagonal(T* a, int first, int count, F&& f) {
+  std::size_t p = DiagIndex(first);
+  for (int i = first; i < first + count; ++i) {
+    if constexpr (std::is_same_v<decltype(f(i, a[p])), bool>) {
+      if (!f(i, a[p])) return;
+    } else {
+      f(i, a[p]);
+    }
+    p += i + 2;
+  }
+}
+
+// Calls f(r, a_(r, col)) for rows r = from..n-1 down column col (from >= col).
+template <typename T, typename F>
+inline void WalkColumn(T* a, int col, int from, int n, F&& f) {
+  std::size_t p = RowStart(from) + col;
+  for (int r = from; r < n; ++r) {
+    f(r, a[p]);
+    p += r + 1;
+  }
+}
+
+// Calls f(j, element (row, j)) for j = 0..count-1 along the whole symmetric
+// row: the stored part left of the diagonal, then down column `row` from the
+// diagonal on.
+template <typename T, typename F>
+inline void WalkSymmetricRow(T* a, int row, int count, F&& f) {
+  T* left = a + RowStart(row);
+  const int stored = count < row ? count : row;
+  for (int j = 0; j < stored; ++j)
+    f(j, left[j]);
+  WalkColumn(a, row, row, count, f);
+}
+
+// Calls f(i, j, a_ij) for every element of order n in storage order.
+template <typename T, typename F>
+inline void WalkLower(T* a, int n, F&& f) {
+  for (int i = 0; i < n; ++i) {
+    T* row = a + RowStart(i);
+    for (int j = 0; j <= i; ++j)
+      f(i, j, row[j]);
+  }
+}
+
+// Rank-one update, row by row: a_ij += s_i * y(j) for j <= i, where the row's
+// multiplier s_i = scale(i) is formed once, before it meets any y(j). So
+// w x_i x_j is added as (w * x_i) * x_j and never as w * (x_i * x_j): the
+// grouping shows in the last bits, and every caller relies on it. Rows for
+// which use(i) is false are skipped whole.
+template <typename Use, typename Scale, typename Y>
+inline void AddRankOne(double* a, int n, Use use, Scale scale, Y y) {
+  for (int i = 0; i < n; ++i) {
+    if (!use(i)) continue;
+    const double s = scale(i);
+    double* row = a + RowStart(i);
+    for (int j = 0; j <= i; ++j)
+      row[j] += s * y(j);
+  }
+}
+
+template <typename Scale, typename Y>
+inline void AddRankOne(double* a, int n, Scale scale, Y y) {
+  AddRankOne(
+      a, n, [](int) { return true; }, scale, y);
+}
+
+// Weighted rank-one update with the other grouping: a_ij += (d_i * d_j) * c,
+// the pair's product first and then its weight, as the two-pass
+// cross-products of weighted cases are summed.
+inline void AddWeightedRankOne(double* a, int n, const double* d, double c) {
+  for (int i = 0; i < n; ++i) {
+    const double di = d[i];
+    double* row = a + RowStart(i);
+    for (int j = 0; j <= i; ++j)
+      row[j] += di * d[j] * c;
+  }
+}
+
+}  // namespace internal
+}  // namespace QXMath_850
+
+#endif  // QX_MATRICES_INTERNAL_PACKEDLAYOUT_H
