@@ -3,25 +3,21 @@
 #include <algorithm>
 #include <cmath>
 
+#include "qx/distributions/internal/distfunbase.h"
 #include "qx/distributions/qxdistfun.h"
 #include "qx/distributions/qxpower.h"
-#include "qx/foundation/qxmissingvalue.h"
 
 namespace QXMath_850 {
 
-using QXCommon_850::QXMV;
-
 namespace {
+
+using internal::kExpFloor;
+using internal::Missing;
 
 // 2^-52 (bits 0x3cb0000000000000): IdfBin accepts its normal estimate within
 // 128 of these.
 const double mEpsilon = 2.220446049250313e-16;
-constexpr double kExpFloor = -708.0;
 constexpr double kExpCeiling = 709.0;
-
-double Missing() {
-  return QXMV::Missing();
-}
 
 bool IsWhole(double x) {
   return x == std::floor(x);

@@ -4,15 +4,18 @@
 #include <cmath>
 #include <functional>
 
+#include "qx/distributions/internal/distfunbase.h"
 #include "qx/distributions/qxdistfun.h"
 #include "qx/distributions/qxpower.h"
-#include "qx/foundation/qxmissingvalue.h"
 
 namespace QXMath_850 {
 
-using QXCommon_850::QXMV;
-
 namespace {
+
+using internal::IsMissing;
+using internal::kLn2;
+using internal::kLnSqrtPi;
+using internal::Missing;
 
 // Standard deviations of the Poisson weights below their mean at which a
 // series starts: the left tail skipped there is negligible.
@@ -22,15 +25,6 @@ constexpr int kSeriesCap = 60000;
 constexpr double kDensityBound = 1e-10;
 constexpr int kDensityWindow = 10000;
 constexpr double kSearchCloseness = 8.0;
-constexpr double kLn2 = 0.6931471805599453;
-constexpr double kLnSqrtPi = 0.5723649429247001;
-
-double Missing() {
-  return QXMV::Missing();
-}
-bool IsMissing(double x) {
-  return QXMV::IsMissing(x);
-}
 
 // Start index of a Poisson mixture with mean l.
 double StartIndex(double l) {
@@ -93,6 +87,7 @@ double SearchFalling(const std::function<double(double)>& F, double p, double st
 
 }  // namespace
 
+// Ding (1992), AS 275, started below the centre of the Poisson weights.
 double QXDistFun::NonCentralCdfChi(double x, double df, double ncp) {
   if (!(df > 0.0) || ncp < 0.0) return Missing();
   if (!(x > 0.0)) return 0.0;
@@ -140,6 +135,8 @@ double QXDistFun::NonCentralCdfChi(double x, double df, double ncp) {
   return Clamp01(sum);
 }
 
+// Lenth (1987), AS 226, started below the centre of the Poisson weights as in
+// Frick (1990), AS R84.
 double QXDistFun::ncdbet(const double& x, const double& a, const double& b, const double& ncp,
                          long& status, double tol) {
   status = 0;
@@ -283,6 +280,8 @@ double QXDistFun::NonCentralCdfT(double t, double df, double delta) {
   return Clamp01(r);
 }
 
+// The series of Johnson, Kotz and Balakrishnan (1995, ch. 31) in powers of
+// t*delta/sqrt(df + t*t), summed outward from its largest term.
 double QXDistFun::NonCentralPdfT(double t, double df, double delta, long& status) {
   status = 0;
   if (!(df > 0.0)) {
