@@ -14,6 +14,7 @@ namespace QXMath_850 {
 namespace {
 
 using internal::ExpOrZero;
+using internal::Fail;
 using internal::IsMissing;
 using internal::kExpFloor;
 using internal::kLnSqrtPi;
@@ -36,10 +37,7 @@ double QXDistFun::cbtaux(const double& x) {
 // Recipes' betacf), then a Peizer-Pratt normal approximation.
 double QXDistFun::cdfbet(const double& x, const double& a, const double& b, long& status) {
   status = 0;
-  if (!(a > 0.0) || !(b > 0.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(a > 0.0) || !(b > 0.0)) return Fail(status, 1);
   if (!(x > 0.0)) return 0.0;
   if (!(1.0 - x > 0.0)) return 1.0;
   if (a == 1.0) {
@@ -248,10 +246,7 @@ double QXDistFun::betinv(const double& p, const double& a, const double& b) {
 double QXDistFun::kvatcdft(const double& t, const double& df, long& status) {
   static const double half = 0.5;
   status = 0;
-  if (!(df > 0.0) || std::isnan(t)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(df > 0.0) || std::isnan(t)) return Fail(status, 1);
   if (df > 100000000.0) {
     const double r = CdfNorm(t, 0.0, 1.0);
     if (IsMissing(r)) status = 2;
@@ -309,10 +304,7 @@ double QXDistFun::SigT(double t, double df) {
 
 double QXDistFun::kvatcdff(const double& f, const double& df1, const double& df2, long& status) {
   status = 0;
-  if (!(df1 > 0.0) || !(df2 > 0.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(df1 > 0.0) || !(df2 > 0.0)) return Fail(status, 1);
   if (!(f > 0.0)) return 0.0;
   double result = Missing();
   if (df1 == 1.0) {
@@ -344,48 +336,30 @@ double QXDistFun::SigF(double f, double df1, double df2) {
 double QXDistFun::kvatidft(const double& p, const double& df, long& status) {
   static const double half = 0.5;
   status = 0;
-  if (!(p > 0.0 && p < 1.0) || !(df > 0.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(p > 0.0 && p < 1.0) || !(df > 0.0)) return Fail(status, 1);
   if (p == 0.5) return 0.0;
   if (df >= 100000000.0) return IdfStdNorm(p);
   const double q = p >= 0.5 ? (2.0 - p) - p : p + p;
   const double dfHalf = df / 2.0;
   const double b = betinv(q, dfHalf, half);
-  if (b == -1.0) {
-    status = 2;
-    return Missing();
-  }
+  if (b == -1.0) return Fail(status, 2);
   const double v = (1.0 / b - 1.0) * df;
-  if (v < 0.0) {
-    status = 2;
-    return Missing();
-  }
+  if (v < 0.0) return Fail(status, 2);
   const double t = std::sqrt(v);
   return p < 0.5 ? -t : t;
 }
 
 double QXDistFun::kvatidff(const double& p, const double& df1, const double& df2, long& status) {
   status = 0;
-  if (!(p >= 0.0 && p < 1.0) || !(df1 > 0.0) || !(df2 > 0.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(p >= 0.0 && p < 1.0) || !(df1 > 0.0) || !(df2 > 0.0)) return Fail(status, 1);
   if (p == 0.0) return 0.0;
   if (df1 == 1.0) {
     const double t = kvatidft(p * 0.5 + 0.5, df2, status);
-    if (IsMissing(t)) {
-      status = 2;
-      return Missing();
-    }
+    if (IsMissing(t)) return Fail(status, 2);
     return t * t;
   }
   const double b = betinv(p, df1 / 2.0, df2 / 2.0);
-  if (IsMissing(b) || !(b >= 0.0 && b < 1.0)) {
-    status = 2;
-    return Missing();
-  }
+  if (IsMissing(b) || !(b >= 0.0 && b < 1.0)) return Fail(status, 2);
   return (df2 / df1) * (b / (1.0 - b));
 }
 
@@ -399,10 +373,7 @@ double QXDistFun::IdfT(double p, double df) {
 
 double QXDistFun::PdfT(double t, double df, long& status) {
   status = 0;
-  if (!(df > 0.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(df > 0.0)) return Fail(status, 1);
   double L = -0.5 * std::log(df) + dnlgam((df + 1.0) / 2.0) - dnlgam(df / 2.0) - kLnSqrtPi;
   if (t != 0.0) L += -0.5 * (1.0 + df) * std::log(t * t / df + 1.0);
   return ExpOrZero(L);

@@ -12,6 +12,7 @@ namespace QXMath_850 {
 
 namespace {
 
+using internal::Fail;
 using internal::Horner;
 using internal::IsMissing;
 using internal::kExpFloor;
@@ -67,10 +68,7 @@ double QXDistFun::kvatdnlgam(const double& x) {
 // Peizer-Pratt or Wilson-Hilferty normal approximations where neither is safe.
 double QXDistFun::gammad(const double& x, const double& a, const bool& lower, long& status) {
   status = 0;
-  if (!(a > 0.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(a > 0.0)) return Fail(status, 1);
   if (!(x > 0.0)) return lower ? 0.0 : 1.0;
   if (a == 1.0) {
     const double e = -x < kExpFloor ? 0.0 : std::exp(-x);
@@ -182,10 +180,7 @@ double QXDistFun::gammad(const double& x, const double& a, const bool& lower, lo
 
 double QXDistFun::cdfexp(const double& x, const double& rate, long& status) {
   status = 0;
-  if (!(rate > 0.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(rate > 0.0)) return Fail(status, 1);
   if (!(x > 0.0)) return 0.0;
   double v;
   QXPower::Exponent(x * -rate, v);
@@ -196,10 +191,7 @@ double QXDistFun::cdfexp(const double& x, const double& rate, long& status) {
 // to double; bisection (idfchb) when its refinement fails.
 double QXDistFun::kvatidfchi(const double& p, const double& df, long& status) {
   status = 0;
-  if (!(p >= 0.0 && p < 1.0) || !(df > 0.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(p >= 0.0 && p < 1.0) || !(df > 0.0)) return Fail(status, 1);
   if (p == 0.0) return 0.0;
   const double xx = df / 2.0;
   const double g = dnlgam(xx);
@@ -211,10 +203,7 @@ double QXDistFun::kvatidfchi(const double& p, const double& df, long& status) {
     // Small chi-square: the leading term of the lower tail, inverted.
     const double L = (std::log(p) + std::log(xx) + g + xx * kLn2) / xx;
     if (L < kExpFloor) return 0.0;
-    if (L > 141.8) {
-      status = 2;
-      return Missing();
-    }
+    if (L > 141.8) return Fail(status, 2);
     ch = std::exp(L);
     if (ch < 5e-7) return ch;
   } else if (df <= 0.3199999928474426) {
@@ -228,30 +217,21 @@ double QXDistFun::kvatidfchi(const double& p, const double& df, long& status) {
       const double t = -0.5 + (4.670000076293945 + 2.0 * ch) / p1 -
                        (6.659999847412109 + ch * (13.319999694824219 + 3.0 * ch)) / p2;
       const double L = g + a + 0.5 * ch + c * kLn2 + std::log(p2) - std::log(p1);
-      if (L > 141.8) {
-        status = 2;
-        return Missing();
-      }
+      if (L > 141.8) return Fail(status, 2);
       const double e = L < kExpFloor ? 0.0 : std::exp(L);
       ch = ch - (1.0 - e) / t;
     } while (std::fabs(q / ch - 1.0) > 0.009999999776482582);
   } else {
     // Wilson and Hilferty, with the correction for p near 1.
     const double x = probit(p);
-    if (IsMissing(x)) {
-      status = 2;
-      return Missing();
-    }
+    if (IsMissing(x)) return Fail(status, 2);
     const double p1 = 0.2222220003604889 / df;
     const double w = x * std::sqrt(p1) + 1.0 - p1;
     if (w == 0.0) {
       ch = 0.0;
     } else {
       const double L = 3.0 * std::log(std::fabs(w)) + std::log(df);
-      if (L > 141.8) {
-        status = 2;
-        return Missing();
-      }
+      if (L > 141.8) return Fail(status, 2);
       ch = L < kExpFloor ? 0.0 : std::exp(L);
       if (w < 0.0) ch = -ch;
     }
@@ -292,26 +272,17 @@ double QXDistFun::kvatidfchi(const double& p, const double& df, long& status) {
 // Bisection on half the chi-square, from the bracket [x0/4, x0], widened once.
 double QXDistFun::idfchb(const double& p, const double& df, const double& x0, long& status) {
   status = 0;
-  if (!(x0 > 0.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(x0 > 0.0)) return Fail(status, 1);
   const double shape = df / 2.0;
   double lo = x0 / 4.0, hi = x0;
   long s1, s2;
   const double plo = gammad(lo, shape, true, s1);
   double phi = gammad(hi, shape, true, s2);
-  if (s1 > 0 || s2 > 0 || p < plo) {
-    status = 2;
-    return Missing();
-  }
+  if (s1 > 0 || s2 > 0 || p < plo) return Fail(status, 2);
   if (phi < p) {
     hi = 2.0 * hi;
     phi = gammad(hi, shape, true, s2);
-    if (s2 > 0 || phi < p) {
-      status = 2;
-      return Missing();
-    }
+    if (s2 > 0 || phi < p) return Fail(status, 2);
   }
   double mid = (lo + hi) / 2.0;
   for (int round = 0; round < 40; round++) {
@@ -319,10 +290,7 @@ double QXDistFun::idfchb(const double& p, const double& df, const double& x0, lo
     const double width = hi - lo;
     if (width <= 1e-8 * mid) break;
     const double pm = gammad(mid, shape, true, s1);
-    if (s1 > 0) {
-      status = 2;
-      return Missing();
-    }
+    if (s1 > 0) return Fail(status, 2);
     if (pm > p) {
       hi = mid;
     } else {

@@ -12,6 +12,7 @@ namespace QXMath_850 {
 
 namespace {
 
+using internal::Fail;
 using internal::IsMissing;
 using internal::kLn2;
 using internal::kLnSqrtPi;
@@ -140,28 +141,19 @@ double QXDistFun::NonCentralCdfChi(double x, double df, double ncp) {
 double QXDistFun::ncdbet(const double& x, const double& a, const double& b, const double& ncp,
                          long& status, double tol) {
   status = 0;
-  if (!(a > 0.0) || !(b > 0.0) || ncp < 0.0) {
-    status = 1;
-    return Missing();
-  }
+  if (!(a > 0.0) || !(b > 0.0) || ncp < 0.0) return Fail(status, 1);
   if (!(x > 0.0)) return 0.0;
   if (x >= 1.0) return 1.0;
   if (ncp == 0.0) {
     const double r = cdfbet(x, a, b, status);
-    if (status > 0) {
-      status = 2;
-      return Missing();
-    }
+    if (status > 0) return Fail(status, 2);
     return r;
   }
   const double l = ncp / 2.0;
   const double k0 = StartIndex(l);
   const double A = k0 + a;
   double I = cdfbet(x, A, b, status);
-  if (status > 0) {
-    status = 2;
-    return Missing();
-  }
+  if (status > 0) return Fail(status, 2);
 
   // T: the term between the incomplete betas of index A and A + 1.
   const double L =
@@ -200,10 +192,7 @@ double QXDistFun::ncdbet(const double& x, const double& a, const double& b, cons
       }
       R -= T;
     }
-    if (!met) {
-      status = 2;
-      return Missing();
-    }
+    if (!met) return Fail(status, 2);
   }
   return Clamp01(sum);
 }
@@ -284,28 +273,19 @@ double QXDistFun::NonCentralCdfT(double t, double df, double delta) {
 // t*delta/sqrt(df + t*t), summed outward from its largest term.
 double QXDistFun::NonCentralPdfT(double t, double df, double delta, long& status) {
   status = 0;
-  if (!(df > 0.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(df > 0.0)) return Fail(status, 1);
   if (delta == 0.0) return PdfT(t, df, status);
   if (t == 0.0) {
     const double L = -0.5 * std::log(df) - delta * delta / 2.0 + dnlgam(df / 2.0 + 0.5) -
                      dnlgam(df / 2.0) - kLnSqrtPi;
-    if (L > QXPower::gMachineMaxExp) {
-      status = 2;
-      return Missing();
-    }
+    if (L > QXPower::gMachineMaxExp) return Fail(status, 2);
     return L <= QXPower::gMachineMinExp ? 0.0 : std::exp(L);
   }
 
   const double v = df + t * t;
   const double w = t * t * delta * delta / v;
   const double c = (w - 3.0 + std::sqrt((w - 2.0 + 4.0 * df) * w + 1.0)) / 2.0;
-  if (c + kDensityWindow >= 2147483647.0) {
-    status = 2;
-    return Missing();
-  }
+  if (c + kDensityWindow >= 2147483647.0) return Fail(status, 2);
   const double J = std::floor(c) + 1.0;
   const double logR =
       -0.5 * std::log(v) + std::log(std::fabs(t)) + std::log(std::fabs(delta) * 1.4142135623730951);
@@ -361,10 +341,7 @@ double QXDistFun::NonCentralPdfT(double t, double df, double delta, long& status
       ulhNext = nextLh;
       uj += 1.0;
     }
-    if (overflow) {
-      status = 2;
-      return Missing();
-    }
+    if (overflow) return Fail(status, 2);
     if (tookUp && (std::fabs(down) + std::fabs(up)) / std::fabs(sum) <= kDensityBound) break;
   }
   return sum < 0.0 ? 0.0 : sum;

@@ -25,6 +25,13 @@ inline bool IsMissing(double x) {
   return QXCommon_850::QXMV::IsMissing(x);
 }
 
+// Sets the status of a computing routine (1 invalid argument, 2 no result,
+// or a discrete function's own code) and gives the missing value with it.
+inline double Fail(long& status, long code) {
+  status = code;
+  return Missing();
+}
+
 // exp(L), or 0 below the floor.
 inline double ExpOrZero(double L) {
   return L < kExpFloor ? 0.0 : std::exp(L);
