@@ -11,13 +11,15 @@
 namespace QXCommon_850 {
 namespace {
 
-// Writes cell contents told apart by k, and recognises them.
-struct DoubleCells {
+// Each record's cells: writes contents told apart by k, and recognises them.
+struct RecordCells {
+  using Record = QXCommon_850::Record;
   static void Write(double& cell, int k) { cell = k + 0.5; }
   static bool Holds(double cell, int k) { return cell == k + 0.5; }
   static bool Fresh(double cell) { return cell == 0.0; }
 };
-struct RawCells {
+struct RawRecordCells {
+  using Record = RawRecord;
   // The text is long enough to live on the heap, so a shallow copy would show.
   static std::string Text(int k) { return std::string(40, static_cast<char>('a' + k)); }
   static void Write(RawRecord::Cell& cell, int k) { cell = {k, false, k + 0.5, Text(k)}; }
@@ -30,20 +32,14 @@ struct RawCells {
   }
 };
 
-template <typename R, typename C>
-struct Kind {
-  using Record = R;
-  using Cells = C;
-};
-
 template <typename K>
 class RecordTest : public ::testing::Test {};
-using Kinds = ::testing::Types<Kind<Record, DoubleCells>, Kind<RawRecord, RawCells>>;
+using Kinds = ::testing::Types<RecordCells, RawRecordCells>;
 TYPED_TEST_SUITE(RecordTest, Kinds);
 
 TYPED_TEST(RecordTest, SizingCopyingAndResize) {
   using R = typename TypeParam::Record;
-  using C = typename TypeParam::Cells;
+  using C = TypeParam;
   EXPECT_EQ(R(-5).Size(), 1);
   const R empty(0);
   EXPECT_EQ(empty.Size(), 0);
