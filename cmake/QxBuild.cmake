@@ -79,7 +79,8 @@ function(qx_add_benchmarks name)
 endfunction()
 
 # qx_add_layer_check(): a ctest case holding every subsystem to its DEPENDS
-# (cmake/CheckLayers.cmake). Called once, after the last subsystem is added.
+# (cmake/CheckLayers.cmake). It runs by itself at the end of the top-level
+# CMakeLists.txt, once every subsystem has been added.
 function(qx_add_layer_check)
   if(NOT QXCOMMON_BUILD_TESTS)
     return()
@@ -108,3 +109,4 @@ function(qx_add_layer_check)
                    -P ${PROJECT_SOURCE_DIR}/cmake/CheckLayers.cmake)
   set_tests_properties(qxcommon.layers PROPERTIES LABELS packaging)
 endfunction()
+cmake_language(DEFER DIRECTORY ${PROJECT_SOURCE_DIR} CALL qx_add_layer_check)
