@@ -1,7 +1,10 @@
-# Installs the build tree into a fresh prefix, then builds and runs the small
-# consumer in cmake/consumer against it twice: through find_package and through
-# pkg-config, with nothing but the prefix to go on.
-# Usage: cmake -DBUILD_DIR= -DWORK_DIR= -DCONSUMER_DIR= -DCXX= -DGENERATOR= -P CheckInstall.cmake
+# Builds and runs the small consumer in cmake/consumer against the library.
+# By default it installs the build tree into a fresh prefix and builds the
+# consumer against it twice, through find_package and through pkg-config, with
+# nothing but the prefix to go on. With -DSOURCE_DIR=<source tree> it builds
+# the consumer with the library added by add_subdirectory instead.
+# Usage: cmake [-DBUILD_DIR= | -DSOURCE_DIR=] -DWORK_DIR= -DCONSUMER_DIR= -DCXX= -DGENERATOR=
+#        -P CheckInstall.cmake
 function(run)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
   if(NOT rc EQUAL 0)
@@ -11,9 +14,21 @@ function(run)
   set(last_output "${out}" PARENT_SCOPE)
 endfunction()
 
-set(prefix ${WORK_DIR}/prefix)
 file(REMOVE_RECURSE ${WORK_DIR})
 file(MAKE_DIRECTORY ${WORK_DIR})
+
+if(SOURCE_DIR)
+  # Unoptimised: this compiles the whole library once more.
+  set(sub ${WORK_DIR}/subdirectory-consumer)
+  run(${CMAKE_COMMAND} -S ${CONSUMER_DIR} -B ${sub} -G ${GENERATOR}
+      -DCMAKE_CXX_COMPILER=${CXX} -DQXCOMMON_SOURCE_DIR=${SOURCE_DIR})
+  run(${CMAKE_COMMAND} --build ${sub} --parallel 2)
+  run(${sub}/qxconsumer)
+  message(STATUS "add_subdirectory consumer: ${last_output}")
+  return()
+endif()
+
+set(prefix ${WORK_DIR}/prefix)
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
 
 # The SONAME chain and the headers must be in place.
@@ -51,7 +66,10 @@ set(ENV{PKG_CONFIG_PATH} ${libdir}/pkgconfig)
 run(${PKG_CONFIG} --cflags --libs qxcommon)
 string(STRIP "${last_output}" flags)
 separate_arguments(flags UNIX_COMMAND "${flags}")
-run(${CXX} -std=c++17 ${CONSUMER_DIR}/main.cpp ${flags} -o ${WORK_DIR}/pc-consumer)
-set(ENV{LD_LIBRARY_PATH} ${libdir})
+run(${PKG_CONFIG} --variable=libdir qxcommon)
+string(STRIP "${last_output}" pc_libdir)
+# As the README shows: the run path tells the loader where the library is.
+run(${CXX} -std=c++17 ${CONSUMER_DIR}/main.cpp ${flags} -Wl,-rpath,${pc_libdir}
+    -o ${WORK_DIR}/pc-consumer)
 run(${WORK_DIR}/pc-consumer)
 message(STATUS "pkg-config consumer: ${last_output}")

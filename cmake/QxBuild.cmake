@@ -10,11 +10,29 @@ target_compile_options(qx_build_flags INTERFACE
 target_compile_features(qx_build_flags INTERFACE cxx_std_17)
 
 # qx_add_subsystem(<name> SOURCES <files...> [DEPENDS <subsystems below it...>])
+# Called from qx/<name>/. The subsystem compiles against an include root of its
+# own, build/layers/<name>, holding only qx/<name> (a link to the folder), and
+# sees the roots of the subsystems it DEPENDS on, and theirs, through linking.
+# A header of any other folder is not found, so a wrong-way include fails to
+# build. Tests, benchmarks and examples link qxcommon and see every folder.
 function(qx_add_subsystem name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
   set(target qx_${name})
+  if(NOT CMAKE_CURRENT_SOURCE_DIR STREQUAL "${PROJECT_SOURCE_DIR}/qx/${name}")
+    message(FATAL_ERROR "qx_add_subsystem(${name}) belongs in qx/${name}/CMakeLists.txt")
+  endif()
+  foreach(dep IN LISTS ARG_DEPENDS)
+    if(NOT TARGET qx_${dep})
+      message(FATAL_ERROR "Subsystem ${name} depends on '${dep}', which is not a subsystem "
+                          "added before it in the top-level CMakeLists.txt")
+    endif()
+  endforeach()
+  set(root ${PROJECT_BINARY_DIR}/layers/${name})
+  file(MAKE_DIRECTORY ${root}/qx)
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/qx/${name} SYMBOLIC)
   add_library(${target} OBJECT ${ARG_SOURCES})
-  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_include_directories(${target} PUBLIC ${root})
+  set_target_properties(${target} PROPERTIES QX_DEPENDS "${ARG_DEPENDS}")
   set_target_properties(${target} PROPERTIES
     POSITION_INDEPENDENT_CODE ON
     CXX_VISIBILITY_PRESET hidden
@@ -59,3 +77,36 @@ function(qx_add_benchmarks name)
     target_compile_definitions(${target} PRIVATE QX_HAVE_LAPACK=1)
   endif()
 endfunction()
+
+# qx_add_layer_check(): a ctest case holding every subsystem to its DEPENDS
+# (cmake/CheckLayers.cmake). It runs by itself at the end of the top-level
+# CMakeLists.txt, once every subsystem has been added.
+function(qx_add_layer_check)
+  if(NOT QXCOMMON_BUILD_TESTS)
+    return()
+  endif()
+  get_property(subsystems GLOBAL PROPERTY QX_SUBSYSTEMS)
+  set(content "")
+  set(names "")
+  foreach(target IN LISTS subsystems)
+    string(REGEX REPLACE "^qx_" "" name ${target})
+    list(APPEND names ${name})
+    get_target_property(depends ${target} QX_DEPENDS)
+    get_target_property(dir ${target} SOURCE_DIR)
+    get_target_property(sources ${target} SOURCES)
+    list(TRANSFORM sources PREPEND "${dir}/")
+    string(APPEND content
+      "set(qx_${name}_depends \"${depends}\")\n"
+      "set(qx_${name}_dir \"${dir}\")\n"
+      "set(qx_${name}_sources \"${sources}\")\n"
+      "set(qx_${name}_includes \"$<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>\")\n")
+  endforeach()
+  set(layers ${PROJECT_BINARY_DIR}/layers/layers.cmake)
+  file(GENERATE OUTPUT ${layers} CONTENT "set(qx_layers \"${names}\")\n${content}")
+  add_test(NAME qxcommon.layers
+           COMMAND ${CMAKE_COMMAND} -DLAYERS=${layers} -DCXX=${CMAKE_CXX_COMPILER}
+                   -DWORK_DIR=${PROJECT_BINARY_DIR}/layers/check
+                   -P ${PROJECT_SOURCE_DIR}/cmake/CheckLayers.cmake)
+  set_tests_properties(qxcommon.layers PROPERTIES LABELS packaging)
+endfunction()
+cmake_language(DEFER DIRECTORY ${PROJECT_SOURCE_DIR} CALL qx_add_layer_check)

@@ -6,7 +6,8 @@
 //
 //   regression_run                      generated data with known coefficients
 //   regression_run data.csv [options]   a CSV file: a header of names, then
-//                                       numeric columns
+//                                       numeric columns, separated by commas
+//   regression_run --help               this usage
 // Options:
 //   --target NAME   the dependent variable (default: the last column)
 //   --weight NAME   a column of case weights (default: none)
@@ -22,6 +23,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <random>
 #include <set>
@@ -135,14 +137,14 @@ void Report(const std::vector<std::string>& names, const Fit& fit, const QXMeans
   std::printf("  %-24s %22.12g", "(intercept)", fit.intercept);
   if (known != nullptr) std::printf(" %12g", (*known)[0]);
   std::printf("\n\n");
-  std::printf("Weighted cases              %.12g\n", acc.GetNCases());
-  std::printf("Residual sum of squares     %.12g\n", fit.rss);
+  std::printf("Weighted cases                 %.12g\n", acc.GetNCases());
+  std::printf("Residual sum of squares        %.12g\n", fit.rss);
   if (fit.tss > 0.0) {
-    std::printf("R squared                   %.12f\n", 1.0 - fit.rss / fit.tss);
+    std::printf("R squared                      %.12f\n", 1.0 - fit.rss / fit.tss);
   } else {
-    std::printf("R squared                   undefined (constant dependent variable)\n");
+    std::printf("R squared                      undefined (constant dependent variable)\n");
   }
-  std::printf("Rows refused as aliased     %s\n", refused.empty() ? "none" : refused.c_str());
+  std::printf("Predictors refused as aliased  %s\n", refused.empty() ? "none" : refused.c_str());
 }
 
 // ---------------------------------------------------------------------------
@@ -229,6 +231,10 @@ double ParseNumber(const std::string& field, const std::string& column, const st
 
 int RunFile(const Options& options) {
   const std::string& file = options.file;
+  std::error_code ec;
+  if (std::filesystem::is_directory(file, ec)) {
+    throw InputError{file + ": error: this is a folder; a CSV file was expected"};
+  }
   std::ifstream in(file, std::ios::binary);
   if (!in) {
     throw InputError{file + ": error: cannot open the file (" + std::strerror(errno) + ")"};
@@ -237,7 +243,19 @@ int RunFile(const Options& options) {
   long line = 0;
   if (!std::getline(in, text)) throw At(file, 1, "the file is empty; a header line was expected");
   ++line;
+  // A byte-order mark, as some spreadsheets write, is not part of the first name.
+  if (text.compare(0, 3, "\xEF\xBB\xBF") == 0) text.erase(0, 3);
   std::vector<std::string> header = SplitFields(text);
+  if (header.size() == 1) {
+    for (const char* sep : {";", "\t", "|"}) {
+      if (text.find(sep) != std::string::npos) {
+        throw At(file, line,
+                 std::string("the header has no commas but is separated by ") +
+                     (*sep == '\t' ? "tabs" : std::string("'") + sep + "'") +
+                     "; this program reads comma-separated files");
+      }
+    }
+  }
   std::set<std::string> seen;
   for (std::string& name : header) {
     name = Unquote(name);
@@ -294,18 +312,27 @@ int RunFile(const Options& options) {
   const QXMeansXProducts& acc = feeder.Finish();
   if (!(acc.GetNCases() > 0.0)) throw At(file, line + 1, "the weights add up to zero");
 
-  std::printf("Regression of %s on %zu predictors: %ld rows of %s in blocks of %d%s\n",
-              header[target].c_str(), names.size(), feeder.Rows(), file.c_str(), options.block,
+  std::printf("Regression of %s on %zu predictor%s: %ld rows of %s in blocks of %d%s\n",
+              header[target].c_str(), names.size(), names.size() == 1 ? "" : "s", feeder.Rows(),
+              file.c_str(), options.block,
               weight >= 0 ? (", weighted by " + header[weight]).c_str() : "");
   Report(names, Sweep(acc, options.tol), acc, nullptr);
   return 0;
 }
 
-int Usage(const char* message) {
-  std::fprintf(stderr, "regression_run: error: %s\n", message);
-  std::fprintf(stderr,
-               "usage: regression_run [file.csv [--target NAME] [--weight NAME] [--block ROWS] "
-               "[--tol TOL]]\n");
+const char kUsage[] =
+    "usage: regression_run [file.csv [--target NAME] [--weight NAME] [--block ROWS] [--tol "
+    "TOL]]\n"
+    "  Without a file, fits generated data with known coefficients. A file is\n"
+    "  comma-separated: a header of names, then numeric columns.\n"
+    "  --target NAME   the dependent variable (default: the last column)\n"
+    "  --weight NAME   a column of case weights (default: none)\n"
+    "  --block ROWS    rows per block handed to the accumulator (default 256)\n"
+    "  --tol TOL       sweep tolerance, in (0, 1) (default 1e-9)\n";
+
+// A bad command line: one line, and exit 2.
+int Usage(const std::string& message) {
+  std::fprintf(stderr, "regression_run: error: %s (see regression_run --help)\n", message.c_str());
   return 2;
 }
 
@@ -316,8 +343,12 @@ int main(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
     const bool hasValue = i + 1 < argc;
+    if (arg == "--help" || arg == "-h") {
+      std::fputs(kUsage, stdout);
+      return 0;
+    }
     if (arg == "--target" || arg == "--weight" || arg == "--block" || arg == "--tol") {
-      if (!hasValue) return Usage(("missing value after " + arg).c_str());
+      if (!hasValue) return Usage("missing value after " + arg);
       const std::string value = argv[++i];
       if (arg == "--target") options.target = value;
       if (arg == "--weight") options.weight = value;
@@ -330,7 +361,7 @@ int main(int argc, char** argv) {
         if (!(options.tol > 0.0 && options.tol < 1.0)) return Usage("--tol must lie in (0, 1)");
       }
     } else if (arg.size() > 1 && arg[0] == '-') {
-      return Usage(("unknown option " + arg).c_str());
+      return Usage("unknown option " + arg);
     } else if (options.file.empty()) {
       options.file = arg;
     } else {

@@ -1,4 +1,5 @@
-// Links the installed library and uses it as a component would.
+// Links the library, installed or built alongside, and uses it as a component
+// would.
 #include <qx/qxcommon.h>
 
 #include <dlfcn.h>
@@ -19,7 +20,7 @@ int main() {
   QXDisplay_850::SetOutStream(std::cout);
   if (text.str() != "\nwarnings = 1") return 2;
 
-  // Installed, the library still finds its own folder.
+  // Wherever it was linked from, the library finds its own folder.
   Dl_info info;
   if (dladdr(reinterpret_cast<void*>(&QXDecorateLibraryName), &info) == 0) return 3;
   const std::string path = info.dli_fname;

@@ -8,7 +8,8 @@
 //                       centre and overall, region of the largest), as in
 //                       the README
 //   --budgets           error budgets for the accuracy test: 1.5 times the
-//                       largest error of each region, at least 2 epsilons
+//                       largest and the root-mean-square error of each
+//                       region, at least 2 epsilons
 //   --cases T E         every case of table T whose error reaches E epsilons
 
 #include <cmath>
@@ -134,8 +135,8 @@ int main(int argc, char** argv) {
     for (const Region& r : regions) {
       const ErrorSummary s = Summarise(r.errors);
       if (mode == "budgets") {
-        std::printf("    {\"%s\", \"%s\", %.2g},\n", f.table.c_str(), r.name.c_str(),
-                    Budget(s.max));
+        std::printf("    {\"%s\", \"%s\", %.2g, %.2g},\n", f.table.c_str(), r.name.c_str(),
+                    Budget(s.max), Budget(s.rms));
       } else {
         std::printf("%-18s %-10s %6zu %10s %10s %10s\n", f.name.c_str(), r.name.c_str(), s.count,
                     Cell(s.max).c_str(), Cell(s.median).c_str(), Cell(s.rms).c_str());

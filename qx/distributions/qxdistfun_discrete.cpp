@@ -3,25 +3,22 @@
 #include <algorithm>
 #include <cmath>
 
+#include "qx/distributions/internal/distfunbase.h"
 #include "qx/distributions/qxdistfun.h"
 #include "qx/distributions/qxpower.h"
-#include "qx/foundation/qxmissingvalue.h"
 
 namespace QXMath_850 {
 
-using QXCommon_850::QXMV;
-
 namespace {
+
+using internal::Fail;
+using internal::kExpFloor;
+using internal::Missing;
 
 // 2^-52 (bits 0x3cb0000000000000): IdfBin accepts its normal estimate within
 // 128 of these.
 const double mEpsilon = 2.220446049250313e-16;
-constexpr double kExpFloor = -708.0;
 constexpr double kExpCeiling = 709.0;
-
-double Missing() {
-  return QXMV::Missing();
-}
 
 bool IsWhole(double x) {
   return x == std::floor(x);
@@ -60,10 +57,7 @@ double Interpolate(double t, double c0, double c1, double lower, double upper) {
 
 double QXDistFun::dnlbnc(const double& n, const double& k, long& status) {
   status = 0;
-  if (!(n >= 0.0 && k >= 0.0 && n >= k)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(n >= 0.0 && k >= 0.0 && n >= k)) return Fail(status, 1);
   if (k == 0.0 || k == n) return 0.0;
   if (n <= 33.0 && IsWhole(n) && IsWhole(k)) {
     const double m = std::min(k, n - k);
@@ -78,10 +72,7 @@ double QXDistFun::dnlbnc(const double& n, const double& k, long& status) {
 
 double QXDistFun::PdfBin(double x, double n, double p, long& status) {
   status = 0;
-  if (!(p >= 0.0 && p <= 1.0) || !(n >= 1.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(p >= 0.0 && p <= 1.0) || !(n >= 1.0)) return Fail(status, 1);
   if (!(x >= 0.0 && x <= n) || x != std::floor(x + 0.5)) return 0.0;
   if (p == 0.0) return x == 0.0 ? 1.0 : 0.0;
   if (p == 1.0) return x == n ? 1.0 : 0.0;
@@ -89,10 +80,7 @@ double QXDistFun::PdfBin(double x, double n, double p, long& status) {
   if (x == 0.0) return std::pow(1.0 - p, n);
   long s;
   const double L = dnlbnc(n, x, s) + x * std::log(p) + (n - x) * std::log(1.0 - p);
-  if (L > kExpCeiling) {
-    status = 2;
-    return Missing();
-  }
+  if (L > kExpCeiling) return Fail(status, 2);
   if (L < kExpFloor) return 0.0;
   return std::exp(L);
 }
@@ -102,14 +90,8 @@ double QXDistFun::PdfBin(double x, double n, double p, long& status) {
 // underflows.
 double QXDistFun::CdfBin(double x, double n, double p, long& status) {
   status = 0;
-  if (!(n >= 1.0) || !(p >= 0.0 && p <= 1.0)) {
-    status = 1;
-    return Missing();
-  }
-  if (!IsWhole(n)) {
-    status = 3;
-    return Missing();
-  }
+  if (!(n >= 1.0) || !(p >= 0.0 && p <= 1.0)) return Fail(status, 1);
+  if (!IsWhole(n)) return Fail(status, 3);
   const double k = std::floor(x);
   const double q = 1.0 - p;
   if (p == 0.0) return k >= 0.0 ? 1.0 : 0.0;
@@ -168,14 +150,9 @@ double QXDistFun::CdfBin(double x, double n, double p, long& status) {
 
 double QXDistFun::IdfBin(double prob, double n, double p, long& status) {
   status = 0;
-  if (!IsWhole(n)) {
-    status = 1;
-    return Missing();
-  }
-  if (!(n >= 1.0) || !(p >= 0.0 && p <= 1.0) || !(prob >= 0.0 && prob <= 1.0)) {
-    status = 2;
-    return Missing();
-  }
+  if (!IsWhole(n)) return Fail(status, 1);
+  if (!(n >= 1.0) || !(p >= 0.0 && p <= 1.0) || !(prob >= 0.0 && prob <= 1.0))
+    return Fail(status, 2);
   if (prob == 0.0) return p >= 1.0 ? n - 1.0 : -1.0;
   if (prob == 1.0) return p > 0.0 ? n : 0.0;
   const double q = 1.0 - p;

@@ -4,15 +4,19 @@
 #include <cmath>
 #include <functional>
 
+#include "qx/distributions/internal/distfunbase.h"
 #include "qx/distributions/qxdistfun.h"
 #include "qx/distributions/qxpower.h"
-#include "qx/foundation/qxmissingvalue.h"
 
 namespace QXMath_850 {
 
-using QXCommon_850::QXMV;
-
 namespace {
+
+using internal::Fail;
+using internal::IsMissing;
+using internal::kLn2;
+using internal::kLnSqrtPi;
+using internal::Missing;
 
 // Standard deviations of the Poisson weights below their mean at which a
 // series starts: the left tail skipped there is negligible.
@@ -22,15 +26,6 @@ constexpr int kSeriesCap = 60000;
 constexpr double kDensityBound = 1e-10;
 constexpr int kDensityWindow = 10000;
 constexpr double kSearchCloseness = 8.0;
-constexpr double kLn2 = 0.6931471805599453;
-constexpr double kLnSqrtPi = 0.5723649429247001;
-
-double Missing() {
-  return QXMV::Missing();
-}
-bool IsMissing(double x) {
-  return QXMV::IsMissing(x);
-}
 
 // Start index of a Poisson mixture with mean l.
 double StartIndex(double l) {
@@ -93,6 +88,7 @@ double SearchFalling(const std::function<double(double)>& F, double p, double st
 
 }  // namespace
 
+// Ding (1992), AS 275, started below the centre of the Poisson weights.
 double QXDistFun::NonCentralCdfChi(double x, double df, double ncp) {
   if (!(df > 0.0) || ncp < 0.0) return Missing();
   if (!(x > 0.0)) return 0.0;
@@ -140,31 +136,24 @@ double QXDistFun::NonCentralCdfChi(double x, double df, double ncp) {
   return Clamp01(sum);
 }
 
+// Lenth (1987), AS 226, started below the centre of the Poisson weights as in
+// Frick (1990), AS R84.
 double QXDistFun::ncdbet(const double& x, const double& a, const double& b, const double& ncp,
                          long& status, double tol) {
   status = 0;
-  if (!(a > 0.0) || !(b > 0.0) || ncp < 0.0) {
-    status = 1;
-    return Missing();
-  }
+  if (!(a > 0.0) || !(b > 0.0) || ncp < 0.0) return Fail(status, 1);
   if (!(x > 0.0)) return 0.0;
   if (x >= 1.0) return 1.0;
   if (ncp == 0.0) {
     const double r = cdfbet(x, a, b, status);
-    if (status > 0) {
-      status = 2;
-      return Missing();
-    }
+    if (status > 0) return Fail(status, 2);
     return r;
   }
   const double l = ncp / 2.0;
   const double k0 = StartIndex(l);
   const double A = k0 + a;
   double I = cdfbet(x, A, b, status);
-  if (status > 0) {
-    status = 2;
-    return Missing();
-  }
+  if (status > 0) return Fail(status, 2);
 
   // T: the term between the incomplete betas of index A and A + 1.
   const double L =
@@ -203,10 +192,7 @@ double QXDistFun::ncdbet(const double& x, const double& a, const double& b, cons
       }
       R -= T;
     }
-    if (!met) {
-      status = 2;
-      return Missing();
-    }
+    if (!met) return Fail(status, 2);
   }
   return Clamp01(sum);
 }
@@ -283,30 +269,23 @@ double QXDistFun::NonCentralCdfT(double t, double df, double delta) {
   return Clamp01(r);
 }
 
+// The series of Johnson, Kotz and Balakrishnan (1995, ch. 31) in powers of
+// t*delta/sqrt(df + t*t), summed outward from its largest term.
 double QXDistFun::NonCentralPdfT(double t, double df, double delta, long& status) {
   status = 0;
-  if (!(df > 0.0)) {
-    status = 1;
-    return Missing();
-  }
+  if (!(df > 0.0)) return Fail(status, 1);
   if (delta == 0.0) return PdfT(t, df, status);
   if (t == 0.0) {
     const double L = -0.5 * std::log(df) - delta * delta / 2.0 + dnlgam(df / 2.0 + 0.5) -
                      dnlgam(df / 2.0) - kLnSqrtPi;
-    if (L > QXPower::gMachineMaxExp) {
-      status = 2;
-      return Missing();
-    }
+    if (L > QXPower::gMachineMaxExp) return Fail(status, 2);
     return L <= QXPower::gMachineMinExp ? 0.0 : std::exp(L);
   }
 
   const double v = df + t * t;
   const double w = t * t * delta * delta / v;
   const double c = (w - 3.0 + std::sqrt((w - 2.0 + 4.0 * df) * w + 1.0)) / 2.0;
-  if (c + kDensityWindow >= 2147483647.0) {
-    status = 2;
-    return Missing();
-  }
+  if (c + kDensityWindow >= 2147483647.0) return Fail(status, 2);
   const double J = std::floor(c) + 1.0;
   const double logR =
       -0.5 * std::log(v) + std::log(std::fabs(t)) + std::log(std::fabs(delta) * 1.4142135623730951);
@@ -362,10 +341,7 @@ double QXDistFun::NonCentralPdfT(double t, double df, double delta, long& status
       ulhNext = nextLh;
       uj += 1.0;
     }
-    if (overflow) {
-      status = 2;
-      return Missing();
-    }
+    if (overflow) return Fail(status, 2);
     if (tookUp && (std::fabs(down) + std::fabs(up)) / std::fabs(sum) <= kDensityBound) break;
   }
   return sum < 0.0 ? 0.0 : sum;

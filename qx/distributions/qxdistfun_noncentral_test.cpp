@@ -33,15 +33,13 @@ TEST(QXDistFunNoncentralTest, ZeroNoncentralityIsTheCentralFunction) {
   EXPECT_EQ(status, 0);
 }
 
+// The refusals of the cumulative functions are in their reference tables
+// (qxdistfun_accuracy_test.cpp).
 TEST(QXDistFunNoncentralTest, InvalidArgumentsAndLimits) {
-  EXPECT_TRUE(Miss(D::NonCentralCdfChi(1.0, 0.0, 1.0)));
-  EXPECT_TRUE(Miss(D::NonCentralCdfChi(1.0, 2.0, -1.0)));
   EXPECT_EQ(D::NonCentralCdfChi(0.0, 2.0, 5.0), 0.0);
   EXPECT_EQ(D::NonCentralCdfChi(-4.0, 2.0, 5.0), 0.0);
   EXPECT_TRUE(Miss(D::NonCentralCdfF(1.0, 2.0, 0.0, 1.0, 1e-12)));
-  EXPECT_TRUE(Miss(D::NonCentralCdfF(1.0, 2.0, 3.0, -1.0, 1e-12)));
   EXPECT_EQ(D::NonCentralCdfF(0.0, 2.0, 3.0, 1.0, 1e-12), 0.0);
-  EXPECT_TRUE(Miss(D::NonCentralCdfT(1.0, 0.0, 1.0)));
   // A bound that can't be met within the step limit.
   EXPECT_TRUE(Miss(D::NonCentralCdfF(1.0, 2.0, 3.0, 5.0, -1.0)));
 

@@ -33,26 +33,57 @@ class XMLIOTest : public ::testing::Test {
   std::vector<std::string> paths;
 };
 
-TEST_F(XMLIOTest, RoundTripOfEveryKindWithTheDocumentedLosses) {
+// The bytes of every kind of element, and what reading them back gives.
+TEST_F(XMLIOTest, WrittenBytesAndWhatReadingThemBackLoses) {
   std::ostringstream out;
   StartDocument(out);
-  StartRoot(out, "c");
-  const XMLObj obj("QXOuter", 1);
-  obj.StartObj(out);
-  obj.WriteSubElement(out, -2147483647 - 1);
-  obj.WriteSubElement(out, 4294967295u);
-  obj.WriteSubElement(out, true);
+  StartRoot(out, "(c)  Q&A");
+  const XMLObj outer("QXOuter", 1), inner("A&B", 2);  // a class name goes out bare
+  outer.StartObj(out);
+  outer.WriteSubElement(out, -2147483647 - 1);
+  outer.WriteSubElement(out, 4294967295u);
+  outer.WriteSubElement(out, true);
   for (long v : {-999999999999999L, 1234567890123456L})
-    obj.WriteSubElement(out, v);
-  for (double v : {1.0 / 3.0, MV::gMissingValue, std::nan(""), -1e-300}) {
-    obj.WriteSubElement(out, v);
+    outer.WriteSubElement(out, v);
+  for (double v : {1.0 / 3.0, MV::gMissingValue, std::nextafter(MV::gMissingValue, 0.0),
+                   std::nan(""), -1e-300, 1234.0}) {
+    outer.WriteSubElement(out, v);
   }
-  for (const char* s : {"", "  ", "a&b<c>\"d\"\te\nf"})
-    obj.WriteSubElement(out, s);
-  obj.WriteSubElement(out, std::string(235, 'x'));  // a line of 255 characters
-  obj.WriteSubElement(out, std::string(236, 'y'));  // one more than a line can hold
-  obj.EndObj(out);
+  inner.StartObj(out);
+  for (const char* v : {"", "  ", " a&b <c>\t\"d\"\n ", "literal"})
+    inner.WriteSubElement(out, v);  // strings, not bools
+  inner.EndObj(out);
+  outer.WriteSubElement(out, std::string(235, 'x'));  // a line of 255 characters
+  outer.WriteSubElement(out, std::string(236, 'y'));  // one more than a line can hold
+  outer.EndObj(out);
   EndRoot(out);
+  EXPECT_EQ(out.str(),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n"
+            "<!DOCTYPE QXXMLRoot SYSTEM \"savexml.dtd\">\n"
+            "<QXXMLRoot copyright=\"(c) &#32;Q&amp;A\">\n"
+            "\t<Obj name=\"QXOuter\">\n"
+            "\t\t<Int value=\"-2147483648\"/>\n"
+            "\t\t<Int value=\"4294967295\"/>\n"
+            "\t\t<Int value=\"1\"/>\n"
+            "\t\t<Long value=\"-999999999999999\"/>\n"
+            "\t\t<Long value=\"1.23456789012346e+15\"/>\n"
+            "\t\t<Double value=\"0.333333333333333\"/>\n"
+            "\t\t<Double value=\"Missing\"/>\n"
+            "\t\t<Double value=\"-1.79769313486232e+308\"/>\n"
+            "\t\t<Double value=\"nan\"/>\n"
+            "\t\t<Double value=\"-1e-300\"/>\n"
+            "\t\t<Double value=\"1234\"/>\n"
+            "\t\t<Obj name=\"A&B\">\n"
+            "\t\t\t<String value=\"\"/>\n"
+            "\t\t\t<String value=\"&#32;&#32;\"/>\n"
+            "\t\t\t<String value=\"&#32;a&amp;b &lt;c&gt;&#9;&quot;d&quot;&#10;&#32;\"/>\n"
+            "\t\t\t<String value=\"literal\"/>\n"
+            "\t\t</Obj>\n"
+            "\t\t<String value=\"" +
+                std::string(235, 'x') + "\"/>\n\t\t<String value=\"" + std::string(236, 'y') +
+                "\"/>\n"
+                "\t</Obj>\n"
+                "</QXXMLRoot>");  // no line feed at the very end
 
   std::ifstream in;
   Open(in, out.str());
@@ -61,31 +92,36 @@ TEST_F(XMLIOTest, RoundTripOfEveryKindWithTheDocumentedLosses) {
   unsigned int u;
   bool b = false;
   long l[2];
-  double d[4];
-  std::string s[4];
+  double d[6];
+  std::string s[5];
   EXPECT_TRUE(ParseValue(in, i) && ParseValue(in, u) && ParseValue(in, b));
   for (long& v : l)
     EXPECT_TRUE(ParseValue(in, v));
   for (double& v : d)
     EXPECT_TRUE(ParseValue(in, v));  // "nan" doesn't parse, and no failure
-  for (std::string& v : s)
-    EXPECT_TRUE(ParseValue(in, v));
+  EXPECT_TRUE(ParseStartObj(in, "A&B"));
+  for (int k = 0; k < 4; ++k)
+    EXPECT_TRUE(ParseValue(in, s[k]));
+  EXPECT_TRUE(ParseEndObj(in) && ParseValue(in, s[4]));
   EXPECT_EQ(i, -2147483647 - 1);
   EXPECT_EQ(u, 4294967295u);
   EXPECT_TRUE(b);
   EXPECT_EQ(l[0], -999999999999999L);
-  EXPECT_EQ(l[1], 1);          // written as 1.23456789012346e+15, read up to the point
+  EXPECT_EQ(l[1], 1);          // read up to the point
   EXPECT_NE(d[0], 1.0 / 3.0);  // 15 digits
   EXPECT_NEAR(d[0], 1.0 / 3.0, 1e-15);
   EXPECT_EQ(d[1], MV::gMissingValue);
-  EXPECT_FALSE(std::isnan(d[2]));
-  EXPECT_EQ(d[3], -1e-300);
+  EXPECT_EQ(d[2], MV::gMissingValue);  // 15 digits round past the largest double
+  EXPECT_FALSE(std::isnan(d[3]));
+  EXPECT_EQ(d[4], -1e-300);
+  EXPECT_EQ(d[5], 1234.0);
   EXPECT_EQ(s[0], "");
   EXPECT_EQ(s[1], "&#32;&#32;");  // entities are not decoded
-  EXPECT_EQ(s[2], "a&amp;b&lt;c&gt;&quot;d&quot;&#9;e&#10;f");
-  EXPECT_EQ(s[3], std::string(235, 'x'));
-  EXPECT_FALSE(ParseValue(in, s[3]));
-  EXPECT_EQ(s[3], std::string(235, 'x'));
+  EXPECT_EQ(s[2], "&#32;a&amp;b &lt;c&gt;&#9;&quot;d&quot;&#10;&#32;");
+  EXPECT_EQ(s[3], "literal");
+  EXPECT_EQ(s[4], std::string(235, 'x'));
+  EXPECT_FALSE(ParseValue(in, s[4]));
+  EXPECT_EQ(s[4], std::string(235, 'x'));
   EXPECT_FALSE(ParseEndObj(in));  // the stream has failed for good
 }
 

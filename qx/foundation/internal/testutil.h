@@ -34,9 +34,13 @@ inline double OnePlusUlps(int ulps) {
   return x;
 }
 
-// A numeric facet with a decimal comma, for a C++ locale that is no system's.
+// The numeric facet of a German locale (a decimal comma, points between
+// groups of three digits), made here so that a test does not depend on which
+// locales the system has or which test loaded one before it.
 struct CommaDecimalPoint : std::numpunct<char> {
   char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
 };
 
 }  // namespace internal
