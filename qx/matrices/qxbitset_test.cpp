@@ -35,17 +35,20 @@ TEST(QXBitSetTest, SingleBitsAndSizes) {
   copy.Clear();
   EXPECT_EQ(copy.Size(), 4);
   EXPECT_EQ(copy.InSet(), 0);
-}
 
-TEST(QXBitSetTest, ResizeReinitialisesEveryBit) {
-  QXBitSet set(5);
-  set.Set(0, true);
+  // Resize re-initialises every bit; Duplicate repeats the contents on entry.
   set.Resize(3, true);
   EXPECT_EQ(Flags(set), Bits(3, true));
   set.Resize(7, false);
   EXPECT_EQ(Flags(set), Bits(7, false));
   set.Resize(-1, true);
   EXPECT_EQ(set.Size(), 0);
+  set = QXBitSet(Bits{true, false});
+  EXPECT_TRUE(set.Duplicate(2));
+  EXPECT_EQ(Flags(set), (Bits{true, false, true, false, true, false}));
+  EXPECT_TRUE(set.Duplicate(0));
+  EXPECT_FALSE(set.Duplicate(-1));
+  EXPECT_EQ(set.Size(), 6);
 }
 
 TEST(QXBitSetTest, RangesRefuseBadBoundsAndChangeNothing) {
@@ -73,16 +76,7 @@ TEST(QXBitSetTest, RangesRefuseBadBoundsAndChangeNothing) {
   EXPECT_EQ(set.GetSubset(5, 9).Size(), 0);
 }
 
-TEST(QXBitSetTest, DuplicateRepeatsTheOriginalContents) {
-  QXBitSet set(Bits{true, false});
-  EXPECT_TRUE(set.Duplicate(2));
-  EXPECT_EQ(Flags(set), (Bits{true, false, true, false, true, false}));
-  EXPECT_TRUE(set.Duplicate(0));
-  EXPECT_FALSE(set.Duplicate(-1));
-  EXPECT_EQ(set.Size(), 6);
-}
-
-TEST(QXBitSetTest, CombinationsAndComparisons) {
+TEST(QXBitSetTest, CombinationsComparisonsAndDisplay) {
   QXBitSet a(Bits{true, false, true}), b(Bits{false, true, true, true, true}), r(9);
   r.DoOR(a, b);
   EXPECT_EQ(Flags(r), (Bits{true, true, true}));  // the shorter size, also for OR
@@ -101,9 +95,7 @@ TEST(QXBitSetTest, CombinationsAndComparisons) {
   EXPECT_FALSE(before == before.GetSubset(0, 2));
   r = before;
   EXPECT_TRUE(r == before);
-}
 
-TEST(QXBitSetTest, DisplayFramesTheFlags) {
   const std::string text = CaptureDisplay([] { QXBitSet(Bits{true, false}).Display(); });
   const std::string end = "\nQXBitSet display end";
   EXPECT_EQ(text.rfind("\nQXBitSet display start\nfbVec", 0), 0u) << text;

@@ -66,44 +66,6 @@ TEST(QXMathFunTest, SumsAndTheirSpecialWalks) {
   EXPECT_EQ(QXMathFun::DASum(3, x, -1, -2), 6.0);  // walks 3, 1, -1
 }
 
-TEST(QXMathFunTest, GrowingWalksFollowAPackedColumn) {
-  const int n = 6, k = 2, j = 1;  // column 1 from row 2 down
-  const std::vector<double> l0 = Data(n * (n + 1) / 2, 3), v = Data(n * (n + 1) / 2, 4);
-  std::vector<double> ya = l0, yi = l0, yz = l0;
-  for (int r = k; r < n; r++) {
-    ya[Pos(r, j)] += 1.5 * v[Pos(r, 0)];
-    yi[Pos(r, j)] = 7.0;
-  }
-  std::vector<double> got = l0;
-  QXMathFun::IIAxpy(n - k, 1.5, v, Pos(k, 0), k + 1, got, Pos(k, j), k + 1);
-  EXPECT_EQ(got, ya);
-  QXMathFun::IIInit(n - k, 7.0, got = l0, Pos(k, j), k + 1);
-  EXPECT_EQ(got, yi);
-  for (int c = 0; c <= 3; c++)
-    yz[Pos(3, c)] = 0.0;
-  QXMathFun::LRZero(got = l0, Pos(3, 0), 4);  // row 3 up to the diagonal
-  QXMathFun::LRZero(got, 0, -1);
-  EXPECT_EQ(got, yz);
-}
-
-// Also covers IIDot, through which each element is formed.
-TEST(QXMathFunTest, LTGltlFormsLTransposeL) {
-  for (int n : {0, 1, 2, 5, 9}) {
-    SCOPED_TRACE(n);
-    std::vector<double> l = Data(n * (n + 1) / 2, 10 + n), ref(l.size());
-    for (int i = 0; i < n; i++) {
-      for (int j = i; j < n; j++) {
-        double sum = 0.0;
-        for (int r = j; r < n; r++)
-          sum = sum + l[Pos(r, i)] * l[Pos(r, j)];
-        ref[Pos(j, i)] = sum;
-      }
-    }
-    QXMathFun::LTGltl(n, l);
-    EXPECT_EQ(l, ref);
-  }
-}
-
 TEST(QXMathFunTest, FormsOfAPackedSymmetricMatrix) {
   const int n = 7;
   const std::vector<double> s = Data(n * (n + 1) / 2, 21), v = Data(2 * n + 1, 22);

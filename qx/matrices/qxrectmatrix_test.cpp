@@ -104,6 +104,52 @@ TEST(QXRectMatrixTest, RowsColumnsExtractionAndExpansion) {
   EXPECT_TRUE(QXMV::IsMissing(a.RowNorm(-1)));
   EXPECT_EQ(a.DotProductCol(0, 2), 1 * 3 + 4 * 6 + 7 * 9);
   EXPECT_DOUBLE_EQ(a.ColNorm(0), std::sqrt(1.0 + 16.0 + 49.0));
+  EXPECT_EQ(a.DotProductRows(0, 2), 1 * 7 + 2 * 8 + 3 * 9);
+  EXPECT_EQ(a.DotProductColCol(1, a, 2), 2 * 3 + 5 * 6 + 8 * 9);
+  EXPECT_TRUE(QXMV::IsMissing(a.DotProductRows(0, 3)));
+  EXPECT_TRUE(QXMV::IsMissing(a.DotProductColCol(0, FromRows(2, 1, {1, 1}), 0)));
+  InterfaceOnly sparse(a);
+  for (const IQXRectMatrix* other :
+       {static_cast<const IQXRectMatrix*>(&a), static_cast<const IQXRectMatrix*>(&sparse)}) {
+    EXPECT_EQ(a.DotProductRowCol(0, *other, 2), 1 * 3 + 2 * 6 + 3 * 9);
+    EXPECT_EQ(a.DotProductRowRow(0, *other, 2), 1 * 7 + 2 * 8 + 3 * 9);
+    EXPECT_TRUE(QXMV::IsMissing(a.DotProductRowCol(0, *other, 3)));
+    EXPECT_TRUE(QXMV::IsMissing(a.DotProductRowRow(3, *other, 0)));
+  }
+  EXPECT_EQ(a.GetRowPtr(2)[1], 8.0);
+  EXPECT_EQ(a.GetColPtr(2)[3], 6.0);
+  EXPECT_EQ(a.GetRowPtr(3), nullptr);
+  EXPECT_EQ(a.GetColPtr(-1), nullptr);
+  ASSERT_TRUE(a.CopyColToVec(1, v));
+  EXPECT_EQ(v, Vec({2, 5, 8}));
+  v.assign(4, 1.0);
+  ASSERT_TRUE(a.IncrVecByColumn(1, v, 1, 3, 2.0, true));
+  EXPECT_EQ(v, Vec({1, 5, 11, 17}));
+  EXPECT_FALSE(a.IncrVecByColumn(1, v, 2, 3, 2.0, true));  // runs past v
+
+  // Copies between rows and columns, then edits of a column or a row part.
+  QXRectMatrix c(3, 3, true);
+  ASSERT_TRUE(a.CopyRowToRow(2, 0, c));
+  ASSERT_TRUE(c.CopyColToRow(a, 1, 1));
+  ASSERT_TRUE(a.CopyColToCol(0, 2, c));
+  EXPECT_EQ(c.AsVectorConst(), Vec({7, 8, 1, 2, 5, 4, 0, 0, 7}));
+  EXPECT_FALSE(a.CopyRowToRow(0, 0, sparse));
+  EXPECT_FALSE(FromRows(2, 1, {1, 2}).CopyColToCol(0, 0, c));
+  ASSERT_TRUE(c.ColScale(0, 2.0));
+  ASSERT_TRUE(c.AddToColumn(1, a, 2, -1.0));
+  ASSERT_TRUE(c.ZeroOutRowPart(2, 0, 1));
+  EXPECT_FALSE(c.IsRowZero(2));
+  ASSERT_TRUE(c.ZeroOutCol(2));
+  EXPECT_EQ(c.AsVectorConst(), Vec({14, 5, 0, 4, -1, 0, 0, 0, 0}));
+  EXPECT_TRUE(c.IsRowZero(2) && c.IsColZero(2));
+  EXPECT_FALSE(c.IsRowZero(0) || c.IsColZero(0) || c.IsColZero(3));
+  EXPECT_FALSE(c.ZeroOutRowPart(0, 2, 1));
+  EXPECT_FALSE(c.ColScale(3, 1.0));
+  EXPECT_FALSE(c.AddToColumn(0, FromRows(2, 1, {1, 1}), 0, 1.0));
+  EXPECT_EQ(c.FindFirstNonZeroInRow(0, 5.0), 0);
+  EXPECT_EQ(c.FindFirstNonZeroInRow(1, 4.0), -1);
+  ASSERT_TRUE(c.ComputeVecProduct({1, 2}, {3, 4, 5}));
+  EXPECT_EQ(c.AsVectorConst(), Vec({3, 4, 5, 6, 8, 10}));
 
   // Only the last index is checked against the size; others that miss are
   // skipped.
@@ -113,7 +159,6 @@ TEST(QXRectMatrixTest, RowsColumnsExtractionAndExpansion) {
   EXPECT_EQ(out.AsVectorConst(), Vec({7, 8, 9}));
   ASSERT_EQ(a.ExtractColumns({2, 5, 0}, out), 2);
   EXPECT_EQ(out.AsVectorConst(), Vec({3, 1, 6, 4, 9, 7}));
-  InterfaceOnly sparse(a);
   EXPECT_EQ(a.ExtractRows({0}, sparse), -1);
 
   // Expansion puts extracted rows back at their bits.
@@ -211,6 +256,11 @@ TEST(QXRectMatrixTest, ProductsThroughTheInterfaceMatchTheDensePath) {
   EXPECT_NEAR(a.ComputeVRW({0, 3, 4}, {1.0, -2.0, 0.5}, vIndex, vValues),
               std::inner_product(vr.begin(), vr.end(), v.begin(), 0.0), 1e-14);
   EXPECT_TRUE(QXMV::IsMissing(a.ComputeVRW({5}, {1.0}, vIndex, vValues)));
+  // Only the leading entries that the counts say are read.
+  EXPECT_EQ(a.ComputeSpVRSpW(2, {0, 3, 4}, {1.0, -2.0, 0.5}, 1, vIndex, vValues),
+            a.GetElem(0, 1) * 2.5 - 2.0 * (a.GetElem(3, 1) * 2.5));
+  EXPECT_TRUE(
+      QXMV::IsMissing(a.ComputeSpVRSpW(4, {0, 3, 4}, {1.0, -2.0, 0.5}, 1, vIndex, vValues)));
   EXPECT_FALSE(a.ComputeRV(Vec(3, 1.0), rv));
 
   // Slices of v against a block diagonal of copies of the matrix.
@@ -221,24 +271,15 @@ TEST(QXRectMatrixTest, ProductsThroughTheInterfaceMatchTheDensePath) {
   EXPECT_EQ(Vec(vr.begin(), vr.begin() + 5), rv);
   EXPECT_DOUBLE_EQ(vr[5], a.GetElem(0, 0) + a.GetElem(0, 1) + a.GetElem(0, 2) + a.GetElem(0, 3));
 
-  // R1^T S R2 on the sub-block of S from row 2, with R1 entering at row 1.
+  // R1^T S R2 on the sub-block of S from row 2, R1 entering at row 1: R1
+  // there picks rows 1 and 0 of the block, and R2 permutes its columns.
   const QXSymMatrix s = internal::Packed(internal::WideRangeData(21, 6u, 0));
-  const QXRectMatrix r1 = Random(5, 2, 4u), r2 = Random(4, 3, 5u);
+  const QXRectMatrix r1 = FromRows(4, 2, {9, 9, 0, 1, 1, 0, 0, 0});
+  const QXRectMatrix r2 = FromRows(3, 3, {0, 0, 1, 1, 0, 0, 0, 1, 0});
   QXRectMatrix got;
   ASSERT_TRUE(got.ComputeR1TransSR2(r1, 1, r2, 0, s, 2, 3));
-  ASSERT_EQ(got.GetNRows(), 2);
-  ASSERT_EQ(got.GetNCols(), 3);
-  for (int a = 0; a < 2; ++a) {
-    for (int b = 0; b < 3; ++b) {
-      long double sum = 0.0L;
-      for (int k = 0; k < 3; ++k) {
-        for (int l = 0; l < 3; ++l)
-          sum += static_cast<long double>(r1.GetElem(1 + k, a)) * s.GetElem(2 + k, 2 + l) *
-                 r2.GetElem(l, b);
-      }
-      EXPECT_NEAR(got.GetElem(a, b), static_cast<double>(sum), 1e-15);
-    }
-  }
+  EXPECT_EQ(got.AsVectorConst(), Vec({s.GetElem(3, 3), s.GetElem(3, 4), s.GetElem(3, 2),
+                                      s.GetElem(2, 3), s.GetElem(2, 4), s.GetElem(2, 2)}));
   EXPECT_FALSE(got.ComputeR1TransSR2(r1, 3, r2, 0, s, 2, 3));
 
   // S written out in full by subtraction: tr(S S) is the sum of the squares

@@ -111,6 +111,10 @@ class QXCOMMON_API QXSymMatrix : public IQXSymMatrix {
   bool LTInverse() override;
   void LTLLTrans() override;
   void LTLTransL() override;
+  // Factors this matrix in place (it is left holding L) and solves A x = b,
+  // with 0.0 in the components of redundant rows; returns the count of
+  // redundant rows, or -1 unless tol > 0.0 and b has at least n elements.
+  // b and x may be the same vector.
   int LTSolve(const std::vector<double>& b, double tol, std::vector<double>& x) override;
   void MaxMinDiag(double& largest, double& smallest) const override;
   void MaxMinDiagOffDiag(double& largestDiag, double& smallestDiag, double& largestOff,
@@ -190,7 +194,8 @@ class QXCOMMON_API QXSymMatrix : public IQXSymMatrix {
                    bool check, double* diag);
   bool GetRegCoeffs(std::vector<double>& coeffs, const QXBitSet& swept) const;
 
-  // Work with a Cholesky factor L held in the store.
+  // Work with a Cholesky factor L held in the store. b and x may be the same
+  // vector in both solves.
   void GetNCheckDiagonalOld(std::vector<double>& diag, double lower, double replacement) const;
   int LTSubstitute(const std::vector<double>& b, std::vector<double>& x) const;
   bool TSolveSubst(const std::vector<double>& b, std::vector<double>& x, bool transposed) const;

@@ -562,6 +562,8 @@ int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol, IQXSym
 
 int QXSymMatrix::LTSolve(const std::vector<double>& b, double tol, std::vector<double>& x) {
   if (tol <= 0.0 || static_cast<long>(b.size()) < nRows) return -1;
+  // x first serves as the reference diagonal, which would overwrite b.
+  if (&b == &x) return LTSolve(std::vector<double>(b), tol, x);
   GetDiagonal(x);
   const int r = LTChol(x, tol, false);
   if (r >= 0) SubstituteBoth(data, nRows, b, x);

@@ -190,9 +190,38 @@ TEST(QXSymMatrixTest, WholeMatrixEditsAndTheirRefusals) {
   EXPECT_EQ(s.GetElem(1, 0), 0.2);
   s.ZeroOutNonDiag(0.1);  // at the bound 0.1 * sqrt(4 * 1) is cleared
   EXPECT_EQ(s.GetElem(1, 0), 0.0);
+  s = Packed({-8, 0.7, 0.5, 2, -0.79, 3});
+  s.ZeroOutAllSmall(0.1);  // below 0.1 * 8, the diagonal included
+  EXPECT_EQ(s.AsVectorConst(), (Vec{-8, 0, 0, 2, 0, 3}));
+
+  // Rows with no positive diagonal in either matrix go in both.
+  s = Packed({1, 2, -3, 4, 5, 6});
+  QXSymMatrix t = Packed({1, 2, 3, 4, 5, 0});
+  EXPECT_FALSE(s.SetCovarZeros(a));
+  ASSERT_TRUE(s.SetCovarZeros(t));
+  EXPECT_EQ(s.AsVectorConst(), (Vec{1, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(t.AsVectorConst(), s.AsVectorConst());
+  t = Labelled(3);
+  EXPECT_FALSE(t.ZeroOutRedundant(QXBitSet(2)));
+  QXBitSet keep(3);
+  keep.Set(1, true);
+  ASSERT_TRUE(t.ZeroOutRedundant(keep));
+  EXPECT_EQ(t.AsVectorConst(), (Vec{0, 0, 12, 0, 0, 0}));
+  ASSERT_TRUE(t.SetRowColToConst(0, -1.0));
+  EXPECT_EQ(t.AsVectorConst(), (Vec{-1, -1, 12, -1, 0, 0}));
+  EXPECT_FALSE(t.SetRowColToConst(3, 1.0));
+
+  t = Labelled(3);
+  t.ChangeSign();
+  t.MultiplyByNumber(-0.5);
+  t.MultiplyByNumber(2.0);
+  EXPECT_EQ(t.AsVectorConst(), Labelled(3).AsVectorConst());
+  ASSERT_TRUE(t.SetToVW({1, 2, 3}, {0, 1, -1}));  // v_i w_j + w_i v_j
+  EXPECT_EQ(t.AsVectorConst(), (Vec{0, 1, 4, -1, 1, -6}));
+  EXPECT_FALSE(t.SetToVW({1, 2}, {0}));
 }
 
-TEST(QXSymMatrixTest, ExtractorsCopyOrAddTheChosenParts) {
+TEST(QXSymMatrixTest, ExtractorsCopyOrAddTheChosenPartsAndDisplay) {
   const QXSymMatrix a = Labelled(5);
   QXSymMatrix out;
   ASSERT_TRUE(a.ExtractSubmatrix({0, 2, 4}, out));
@@ -220,13 +249,26 @@ TEST(QXSymMatrixTest, ExtractorsCopyOrAddTheChosenParts) {
   EXPECT_EQ(out.AsVectorConst(),
             (Vec{0, 0, 1, 0, 0, 0, 0, 11, 0, 12, 0, 21, 0, 22, 23, 0, 0, 0, 0, 0, 0}));
 
+  Vec part = {9, 9, 9, 9};
+  ASSERT_TRUE(a.ExtractPartOfLastRow(1, 3, part));
+  EXPECT_EQ(part, (Vec{42, 43, 44, 9}));
+  EXPECT_FALSE(a.ExtractPartOfLastRow(3, 3, part));
+  QXSymMatrix head = Labelled(3);
+  head.SetData(a);  // counts and store
+  EXPECT_EQ(head.GetNRows(), 5);
+  EXPECT_EQ(head.AsVectorConst(), a.AsVectorConst());
+  head = Labelled(5);
+  head.ChangeSign();
+  ASSERT_TRUE(head.ReplaceFirstRows(Labelled(2), 2));
+  EXPECT_EQ(head.GetElem(1, 1), 12.0);
+  EXPECT_EQ(head.GetElem(2, 0), -21.0);
+  EXPECT_FALSE(head.ReplaceFirstRows(Labelled(2), 3));
+
   QXSymMatrix sum = Labelled(3);
   EXPECT_TRUE(sum.ComputeAXpY(-1.0, Labelled(3)));
   EXPECT_EQ(sum.AsVectorConst(), Vec(6, 0.0));
   EXPECT_FALSE(sum.ComputeAXpY(1.0, Labelled(2)));
-}
 
-TEST(QXSymMatrixTest, DisplayBracketsItsOutput) {
   const std::string s = CaptureDisplay([] {
     Labelled(2).Display();
     Labelled(2).DisplayF();
