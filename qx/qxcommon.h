@@ -36,9 +36,15 @@
 #include "qx/distributions/qxpower.h"
 
 // Accumulators and summaries
+#include "qx/accumulators/qxaccumxprodpair.h"
+#include "qx/accumulators/qxextremenum.h"
+#include "qx/accumulators/qxhashkey.h"
+#include "qx/accumulators/qxiterationreporter.h"
 #include "qx/accumulators/qxmeansxproddata.h"
 #include "qx/accumulators/qxmeansxproducts.h"
+#include "qx/accumulators/qxpackedint.h"
 #include "qx/accumulators/qxprovmeans.h"
+#include "qx/accumulators/qxtimeutil.h"
 
 // Markup and settings
 #include "qx/markup/iqxsettingvalue.h"
