@@ -3,6 +3,9 @@
 // weighted means and corrected cross-products with QXMeansXProducts, sweeps
 // the predictors into the cross-products matrix, refusing any predictor that
 // is aliased with those already in, and reads the fit from the swept matrix.
+// While it accumulates it reports its progress through a QXIterationReporter
+// (a line on standard error when that is a terminal) and polls a QXCancelInfo
+// after every block, so that Ctrl-C stops it cleanly.
 //
 //   regression_run                      generated data with known coefficients
 //   regression_run data.csv [options]   a CSV file: a header of names, then
@@ -13,13 +16,17 @@
 //   --weight NAME   a column of case weights (default: none)
 //   --block ROWS    rows per block handed to the accumulator (default 256)
 //   --tol TOL       sweep tolerance (default 1e-9)
+//   --cases N       rows of generated data (default 50000)
 //
 // Bad input gets one line on stderr naming the file and line, and exit 1.
+// Ctrl-C gets one line on stderr, and exit 130.
 
 #include <qx/qxcommon.h>
 
 #include <cerrno>
+#include <climits>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -29,6 +36,8 @@
 #include <set>
 #include <string>
 #include <vector>
+
+#include <unistd.h>
 
 using QXMath_850::QXBitSet;
 using QXMath_850::QXMeansXProducts;
@@ -40,6 +49,7 @@ namespace {
 struct Options {
   std::string file, target, weight;
   int block = 256;
+  long cases = 50000;
   double tol = 1e-9;
 };
 
@@ -52,15 +62,48 @@ InputError At(const std::string& file, long line, const std::string& what) {
   return InputError{file + ":" + std::to_string(line) + ": error: " + what};
 }
 
+// Ctrl-C asks the fit to stop: the handler only sets a flag, which the caller's
+// cancellation object hands to the fit when it polls.
+volatile std::sig_atomic_t gInterrupted = 0;
+extern "C" void OnInterrupt(int) {
+  gInterrupted = 1;
+}
+
+class InterruptQuery : public QXCommon_850::QXQueryCancel {
+ public:
+  bool IsCancel() override { return gInterrupted != 0; }
+  bool WillCancel() const override { return gInterrupted != 0; }
+};
+
+InterruptQuery gInterruptQuery;
+
+// The user cancelled the fit after this many rows.
+struct Cancelled {
+  long rows;
+};
+
+// What a watcher of the fit shows, from the progress measures and the row
+// count: one line on a terminal, rewritten after every block.
+void ShowProgress(QXCommon_850::ProgressReportVect& progress, long rows) {
+  const std::vector<double>* means = progress.VectorMeasure("paramEstim");
+  std::fprintf(
+      stderr, "\r  block %d: %ld rows, mean of the dependent variable %.6g, %.2f s accumulating",
+      progress.DiscreteMeasure("iterNum"), rows, means->back(), progress.ScaleMeasure("time"));
+}
+
 // Feeds cases to the accumulator a block at a time, the way a component
 // hands over the rows it has read so far. Columns: predictors, the
-// dependent variable, then the weight when there is one.
+// dependent variable, then the weight when there is one. After each block it
+// reports its progress and asks whether to go on.
 class BlockFeeder {
  public:
   BlockFeeder(int nPredictors, bool weighted, int blockRows)
       : acc(nPredictors + 1, true, false, weighted),
         block(blockRows, nPredictors + 1 + (weighted ? 1 : 0), true),
-        filled(0) {}
+        filled(0),
+        cancel(&gInterruptQuery),
+        timer("accumulation"),
+        showProgress(isatty(STDERR_FILENO) != 0) {}
 
   void Add(const std::vector<double>& row) {
     for (int j = 0; j < block.GetNCols(); ++j)
@@ -70,6 +113,7 @@ class BlockFeeder {
 
   const QXMeansXProducts& Finish() {
     Flush();
+    if (showProgress && blocks > 0) std::fputc('\n', stderr);
     return acc;
   }
 
@@ -78,15 +122,32 @@ class BlockFeeder {
  private:
   void Flush() {
     if (filled == 0) return;
+    timer.Start();
     acc.Update(block, filled);
+    timer.Accumulate();
     rows += filled;
     filled = 0;
+    int ticks = 0, calls = 0;
+    double seconds = 0.0;
+    timer.GetTime(ticks, seconds, calls);
+    // Least squares has no likelihood to report while it accumulates.
+    progress.SetInfo(&acc.GetMeans(), ++blocks, 0, QXCommon_850::QXMV::Missing(), seconds);
+    if (showProgress) ShowProgress(progress, rows);
+    if (cancel.IsCancel()) {
+      if (showProgress) std::fputc('\n', stderr);
+      throw Cancelled{rows};
+    }
   }
 
   QXMeansXProducts acc;
   QXRectMatrix block;
   int filled;
   long rows = 0;
+  int blocks = 0;
+  QXMath_850::QXCancelInfo cancel;
+  QXMath_850::QXTimeUtil timer;
+  QXMath_850::QXIterationReporter progress;
+  bool showProgress;
 };
 
 struct Fit {
@@ -155,7 +216,7 @@ int RunGenerated(const Options& options) {
   const std::vector<std::string> names = {"temperature", "pressure", "humidity", "wind",
                                           "pressure_plus_humidity"};
   const std::vector<double> known = {4.0, 1.5, -2.0, 0.75, 0.0, 0.0};
-  const long cases = 50000;
+  const long cases = options.cases;
   std::mt19937_64 engine(2024u);
   std::normal_distribution<double> normal(0.0, 1.0);
   std::uniform_real_distribution<double> weight(0.5, 2.0);
@@ -321,14 +382,16 @@ int RunFile(const Options& options) {
 }
 
 const char kUsage[] =
-    "usage: regression_run [file.csv [--target NAME] [--weight NAME] [--block ROWS] [--tol "
-    "TOL]]\n"
+    "usage: regression_run [file.csv [--target NAME] [--weight NAME]] [--block ROWS] [--tol "
+    "TOL] [--cases N]\n"
     "  Without a file, fits generated data with known coefficients. A file is\n"
     "  comma-separated: a header of names, then numeric columns.\n"
     "  --target NAME   the dependent variable (default: the last column)\n"
     "  --weight NAME   a column of case weights (default: none)\n"
     "  --block ROWS    rows per block handed to the accumulator (default 256)\n"
-    "  --tol TOL       sweep tolerance, in (0, 1) (default 1e-9)\n";
+    "  --tol TOL       sweep tolerance, in (0, 1) (default 1e-9)\n"
+    "  --cases N       rows of generated data (default 50000)\n"
+    "  Ctrl-C stops the fit (exit 130).\n";
 
 // A bad command line: one line, and exit 2.
 int Usage(const std::string& message) {
@@ -347,7 +410,8 @@ int main(int argc, char** argv) {
       std::fputs(kUsage, stdout);
       return 0;
     }
-    if (arg == "--target" || arg == "--weight" || arg == "--block" || arg == "--tol") {
+    if (arg == "--target" || arg == "--weight" || arg == "--block" || arg == "--tol" ||
+        arg == "--cases") {
       if (!hasValue) return Usage("missing value after " + arg);
       const std::string value = argv[++i];
       if (arg == "--target") options.target = value;
@@ -355,6 +419,12 @@ int main(int argc, char** argv) {
       if (arg == "--block") {
         options.block = std::atoi(value.c_str());
         if (options.block < 1) return Usage("--block needs a positive number of rows");
+      }
+      if (arg == "--cases") {
+        options.cases = std::strtol(value.c_str(), nullptr, 10);
+        if (options.cases < 1 || options.cases == LONG_MAX) {
+          return Usage("--cases needs a positive number of rows");
+        }
       }
       if (arg == "--tol") {
         options.tol = std::strtod(value.c_str(), nullptr);
@@ -371,10 +441,15 @@ int main(int argc, char** argv) {
   if (options.file.empty() && (!options.target.empty() || !options.weight.empty())) {
     return Usage("--target and --weight need an input file");
   }
+  std::signal(SIGINT, OnInterrupt);
   try {
     return options.file.empty() ? RunGenerated(options) : RunFile(options);
   } catch (const InputError& error) {
     std::fprintf(stderr, "%s\n", error.text.c_str());
     return 1;
+  } catch (const Cancelled& stop) {
+    std::fprintf(stderr, "regression_run: cancelled after %ld rows; nothing was fitted\n",
+                 stop.rows);
+    return 130;
   }
 }
