@@ -33,12 +33,9 @@ void QXIterationReporter::SetInfo(const std::vector<double>* est, int iter, int 
 void QXIterationReporter::SetInfo(const std::vector<double>* est, const std::vector<double>* est2,
                                   const std::vector<double>* est3, int iter, double loglik,
                                   double elapsed) {
-  estimates = est;
   second = est2;
   third = est3;
-  iteration = iter;
-  logLikelihood = loglik;
-  time = elapsed;
+  SetInfo(est, iter, halvings, loglik, elapsed);
 }
 
 int QXIterationReporter::DiscreteMeasure(const std::string& name) {
