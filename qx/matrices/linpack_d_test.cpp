@@ -548,6 +548,10 @@ TEST(LinpackTest, CholeskyRebuildsTheMatrixAndInvertsIt) {
   Mat bad = Identity(4);
   bad(2, 2) = -1.0;
   EXPECT_EQ(Linpack::Dpofa(bad.data(), bad.ld, 4), 3);
+  // An exactly zero pivot counts as not positive definite.
+  Mat ones(2, 2);
+  ones.a.assign(ones.a.size(), 1.0);
+  EXPECT_EQ(Linpack::Dpofa(ones.data(), ones.ld, 2), 2);
 }
 
 // A symmetric matrix Q diag(lambda) Q^T with Q from Householder reflections
@@ -637,6 +641,12 @@ TEST(LinpackTest, SymmetricIndefiniteFactorsRebuildUDUAndGiveTheInertia) {
     ASSERT_EQ(Linpack::Dsifa(f.data(), f.ld, n, kpvt.data()), 0);
     EXPECT_LE(MaxDiff(RebuildUDU(f, kpvt), a), 20.0 * n * kEps * Norm1(a)) << "matrix " << s;
     const double rcond = TrueRcond(a);
+    Mat g = a;
+    Vec z(n);
+    std::vector<int> gpvt(n);
+    const double estimate = Linpack::Dsico(g.data(), g.ld, n, gpvt.data(), z.data());
+    EXPECT_GT(estimate, rcond / 10.0);
+    EXPECT_LT(estimate, rcond * 10.0);
     EXPECT_LE(SolveError(a, 8u,
                          [&](Vec& b) { Linpack::Dsisl(f.data(), f.ld, n, kpvt.data(), b.data()); }),
               20.0 * n * kEps / rcond);
@@ -832,10 +842,23 @@ TEST(LinpackTest, DqrdcRebuildsXAndDqrslSolvesLeastSquares) {
 }
 
 TEST(LinpackTest, DsvdcRebuildsXFromUSVTransposed) {
-  const int shapes[][3] = {{1, 1, 1}, {7, 4, 4}, {4, 7, 4}, {25, 25, 25}, {12, 8, 3}};
+  // Random matrices, and upper bidiagonal ones with a zero on the diagonal,
+  // in the middle and at the end, which take the two deflating branches.
+  const int shapes[][3] = {{1, 1, 1},  {7, 4, 4}, {4, 7, 4}, {25, 25, 25},
+                           {12, 8, 3}, {6, 6, 5}, {6, 6, 5}};
+  int bidiagonal = 0;
   for (const auto& shape : shapes) {
     const int n = shape[0], p = shape[1], rank = shape[2];
-    const Mat x = MakeRect(n, p, rank, 61u + n * p);
+    Mat x = MakeRect(n, p, rank, 61u + n * p);
+    if (n == 6) {
+      x = Mat(n, p);
+      for (int i = 0; i < n; ++i) {
+        x(i, i) = i + 1.0;
+        if (i + 1 < p) x(i, i + 1) = 0.5;
+      }
+      const int zero = bidiagonal++ == 0 ? 2 : 5;
+      x(zero, zero) = 0.0;
+    }
     const int mm = std::max(n + 1, p), k = std::min(n, p);
     Vec valuesOnly;
     for (int job : {0, 11, 21}) {
