@@ -11,13 +11,9 @@
 #include <vector>
 
 #include "qx/foundation/internal/testutil.h"
+#include "qx/matrices/internal/lapackbaseline.h"
 #include "qx/matrices/qxrectmatrix.h"
 #include "qx/matrices/qxsymmatrix.h"
-
-#if defined(QX_HAVE_LAPACK)
-extern "C" void dsyev_(const char* jobz, const char* uplo, const int* n, double* a, const int* lda,
-                       double* w, double* work, const int* lwork, int* info);
-#endif
 
 namespace QXMath_850 {
 namespace {
