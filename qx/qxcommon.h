@@ -24,7 +24,9 @@
 
 // Dense matrices
 #include "qx/matrices/blas1_d.h"
+#include "qx/matrices/linpack_d.h"
 #include "qx/matrices/qxbitset.h"
+#include "qx/matrices/qxeigenvalues.h"
 #include "qx/matrices/qxmathfun.h"
 #include "qx/matrices/qxrectmatrix.h"
 #include "qx/matrices/qxsparsevector.h"
