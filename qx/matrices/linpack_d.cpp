@@ -161,6 +161,35 @@ inline void SwapIfDifferent(double* z, int i, int j) {
   z[j - 1] = t;
 }
 
+// The middle solves of DGECO and DGBCO, trans(L) y = w and then L v = y, with
+// the multipliers of column k below the diagonal at lower(k), lowerCount(k)
+// of them; both solves rescale z as they go. Returns ynorm.
+template <typename Lower, typename LowerCount>
+double EstimateLowerSolves(int n, double* z, const int* ipvt, Lower lower, LowerCount lowerCount) {
+  OneBased<double> Z(z);
+  for (int kb = 1; kb <= n; ++kb) {
+    const int k = n + 1 - kb;
+    if (k < n) Z(k) = Z(k) + Blas1::DDot(lowerCount(k), lower(k), 1, &Z(k + 1), 1);
+    if (!(std::fabs(Z(k)) <= 1.0)) {
+      const double s = 1.0 / std::fabs(Z(k));
+      Blas1::DScal(n, s, z, 1);
+    }
+    SwapIfDifferent(z, ipvt[k - 1], k);
+  }
+  ScaleToUnitNorm(n, z, nullptr);
+  double ynorm = 1.0;
+  for (int k = 1; k <= n; ++k) {
+    const int l = ipvt[k - 1];
+    const double t = Z(l);
+    Z(l) = Z(k);
+    Z(k) = t;
+    if (k < n) Blas1::Daxpy(lowerCount(k), t, lower(k), 1, &Z(k + 1), 1);
+    LimitGrowth(n, z, k, 1.0, &ynorm);
+  }
+  ScaleToUnitNorm(n, z, &ynorm);
+  return ynorm;
+}
+
 // The upper triangle of a symmetric matrix, column by column: element
 // (i, j), i <= j, is Col(j)[i - 1]. The full form reads a column-major array
 // with its leading dimension; the packed form reads the published packed
@@ -724,32 +753,9 @@ double Linpack::Dgeco(double* a, int lda, int n, int* ipvt, double* z) {
   }
   ScaleToUnitNorm(n, z, nullptr);
 
-  // Solve trans(L) y = w.
-  for (int kb = 1; kb <= n; ++kb) {
-    const int k = n + 1 - kb;
-    if (k < n) Z(k) = Z(k) + Blas1::DDot(n - k, &A(k + 1, k), 1, &Z(k + 1), 1);
-    if (!(std::fabs(Z(k)) <= 1.0)) {
-      const double s = 1.0 / std::fabs(Z(k));
-      Blas1::DScal(n, s, z, 1);
-    }
-    const int l = ipvt[k - 1];
-    const double t = Z(l);
-    Z(l) = Z(k);
-    Z(k) = t;
-  }
-  ScaleToUnitNorm(n, z, nullptr);
-
-  double ynorm = 1.0;
-  // Solve L v = y.
-  for (int k = 1; k <= n; ++k) {
-    const int l = ipvt[k - 1];
-    const double t = Z(l);
-    Z(l) = Z(k);
-    Z(k) = t;
-    if (k < n) Blas1::Daxpy(n - k, t, &A(k + 1, k), 1, &Z(k + 1), 1);
-    LimitGrowth(n, z, k, 1.0, &ynorm);
-  }
-  ScaleToUnitNorm(n, z, &ynorm);
+  // Solve trans(L) y = w and L v = y.
+  double ynorm = EstimateLowerSolves(
+      n, z, ipvt, [&](int k) { return &A(k + 1, k); }, [&](int k) { return n - k; });
 
   // Solve U z = v.
   for (int kb = 1; kb <= n; ++kb) {
@@ -944,34 +950,9 @@ double Linpack::Dgbco(double* abd, int lda, int n, int ml, int mu, int* ipvt, do
   }
   ScaleToUnitNorm(n, z, nullptr);
 
-  // Solve trans(L) y = w.
-  for (int kb = 1; kb <= n; ++kb) {
-    const int k = n + 1 - kb;
-    const int lm = Min(ml, n - k);
-    if (k < n) Z(k) = Z(k) + Blas1::DDot(lm, &ABD(m + 1, k), 1, &Z(k + 1), 1);
-    if (!(std::fabs(Z(k)) <= 1.0)) {
-      const double s = 1.0 / std::fabs(Z(k));
-      Blas1::DScal(n, s, z, 1);
-    }
-    const int lp = ipvt[k - 1];
-    const double t = Z(lp);
-    Z(lp) = Z(k);
-    Z(k) = t;
-  }
-  ScaleToUnitNorm(n, z, nullptr);
-
-  double ynorm = 1.0;
-  // Solve L v = y.
-  for (int k = 1; k <= n; ++k) {
-    const int lp = ipvt[k - 1];
-    const double t = Z(lp);
-    Z(lp) = Z(k);
-    Z(k) = t;
-    const int lm = Min(ml, n - k);
-    if (k < n) Blas1::Daxpy(lm, t, &ABD(m + 1, k), 1, &Z(k + 1), 1);
-    LimitGrowth(n, z, k, 1.0, &ynorm);
-  }
-  ScaleToUnitNorm(n, z, &ynorm);
+  // Solve trans(L) y = w and L v = y.
+  double ynorm = EstimateLowerSolves(
+      n, z, ipvt, [&](int k) { return &ABD(m + 1, k); }, [&](int k) { return Min(ml, n - k); });
 
   // Solve U z = w.
   for (int kb = 1; kb <= n; ++kb) {
