@@ -6,22 +6,20 @@
 
 #include "qx/foundation/qxcomponentdisplay.h"
 #include "qx/matrices/blas1_d.h"
+#include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/qxmathfun.h"
 
 namespace QXMath_850 {
 
 namespace {
 
+using internal::RowStart;
+
 constexpr double kDefaultTolerance = 1e-12;
 constexpr int kDefaultMaxIter = 30;
 constexpr double kDefaultMinValue = 1e-06;
 // Below this a row's scale counts as zero: the smallest normal double.
 constexpr double kTinyScale = 2.2250738585072014e-308;
-
-// Position of the first element of row i of a packed lower triangle.
-inline std::size_t RowStart(int i) {
-  return static_cast<std::size_t>(i) * (i + 1) / 2;
-}
 
 // out = M S M^T for a lower triangular M and a symmetric S, both packed.
 // T = M S first, row by row; then out(i, j) = sum over l <= j of

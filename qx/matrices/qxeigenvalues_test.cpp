@@ -12,6 +12,7 @@
 
 #include "qx/foundation/internal/testutil.h"
 #include "qx/matrices/internal/lapackbaseline.h"
+#include "qx/matrices/internal/testutil.h"
 #include "qx/matrices/qxrectmatrix.h"
 #include "qx/matrices/qxsymmatrix.h"
 
@@ -21,39 +22,14 @@ namespace {
 using Vec = std::vector<double>;
 constexpr double kEps = std::numeric_limits<double>::epsilon();
 
-// Q diag(lambda) Q^T, Q the product of two random Householder reflections,
-// accumulated in long double.
+// Q diag(lambda) Q^T for a random orthogonal Q.
 QXSymMatrix WithSpectrum(const Vec& lambda, unsigned seed) {
   const int n = static_cast<int>(lambda.size());
-  std::mt19937_64 engine(seed);
-  std::normal_distribution<double> normal(0.0, 1.0);
-  std::vector<std::vector<long double>> q(n, std::vector<long double>(n, 0.0L));
-  for (int i = 0; i < n; ++i)
-    q[i][i] = 1.0L;
-  for (int pass = 0; pass < 2; ++pass) {
-    Vec v(n);
-    long double vv = 0.0L;
-    for (double& x : v) {
-      x = normal(engine);
-      vv += static_cast<long double>(x) * x;
-    }
-    // q = (I - 2 v v^T / vv) q
-    for (int j = 0; j < n; ++j) {
-      long double dot = 0.0L;
-      for (int i = 0; i < n; ++i)
-        dot += v[i] * q[i][j];
-      for (int i = 0; i < n; ++i)
-        q[i][j] -= 2.0L * v[i] * dot / vv;
-    }
-  }
+  const Vec full = internal::WithSpectrum(lambda, seed);
   QXSymMatrix h(n, true);
   for (int i = 0; i < n; ++i) {
-    for (int j = 0; j <= i; ++j) {
-      long double sum = 0.0L;
-      for (int k = 0; k < n; ++k)
-        sum += q[i][k] * lambda[k] * q[j][k];
-      h.SetElem(i, j, static_cast<double>(sum));
-    }
+    for (int j = 0; j <= i; ++j)
+      h.SetElem(i, j, full[i * n + j]);
   }
   return h;
 }
