@@ -129,6 +129,18 @@ void EstimateStep(int n, double* z, int k, double ukk, int j1, int j2, Row row, 
   Z(k) = wk;
 }
 
+// The estimators' first solve, trans(U) w = e: z starts at zero, step(k, ek)
+// makes step k (by EstimateStep) for k = 1..n, and z ends at unit 1-norm.
+template <typename Step>
+void EstimateFirstSolve(int n, double* z, Step step) {
+  for (int j = 0; j < n; ++j)
+    z[j] = 0.0;
+  double ek = 1.0;
+  for (int k = 1; k <= n; ++k)
+    step(k, ek);
+  ScaleToUnitNorm(n, z, nullptr);
+}
+
 // The step of the symmetric estimators (DSICO, DSPCO) that divides by the
 // 1 by 1 pivot akk, or by the 2 by 2 block [akm1k1 akm1k; akm1k akk].
 void ApplyPivotInverse(double* z, int n, int k, int ks, double akk, double akm1k, double akm1km1,
@@ -278,14 +290,10 @@ double PoCondition(Upper a, int n, double* z) {
   if (n < 1) return Rcond(1.0, anorm);
 
   // Solve trans(R) w = e.
-  double ek = 1.0;
-  for (int j = 1; j <= n; ++j)
-    Z(j) = 0.0;
-  for (int k = 1; k <= n; ++k) {
+  EstimateFirstSolve(n, z, [&](int k, double& ek) {
     EstimateStep(
         n, z, k, a(k, k), k + 1, n, [&](int j) { return a(k, j); }, ek);
-  }
-  ScaleToUnitNorm(n, z, nullptr);
+  });
 
   // Solve R y = w, trans(R) v = y and R z = v, rescaling as they go.
   auto solveR = [&](double* ynorm) {
@@ -744,14 +752,10 @@ double Linpack::Dgeco(double* a, int lda, int n, int* ipvt, double* z) {
   if (n < 1) return Rcond(1.0, anorm);
 
   // Solve trans(U) w = e.
-  double ek = 1.0;
-  for (int j = 1; j <= n; ++j)
-    Z(j) = 0.0;
-  for (int k = 1; k <= n; ++k) {
+  EstimateFirstSolve(n, z, [&](int k, double& ek) {
     EstimateStep(
         n, z, k, A(k, k), k + 1, n, [&](int j) { return A(k, j); }, ek);
-  }
-  ScaleToUnitNorm(n, z, nullptr);
+  });
 
   // Solve trans(L) y = w and L v = y.
   double ynorm = EstimateLowerSolves(
@@ -936,19 +940,15 @@ double Linpack::Dgbco(double* abd, int lda, int n, int ml, int mu, int* ipvt, do
   Dgbfa(abd, lda, n, ml, mu, ipvt);
   if (n < 1) return Rcond(1.0, anorm);
 
-  // Solve trans(U) w = e.
-  double ek = 1.0;
-  for (int j = 1; j <= n; ++j)
-    Z(j) = 0.0;
+  // Solve trans(U) w = e; row k of U runs up the band: element (k, j) is
+  // abd(m - (j - k), j).
   const int m = ml + mu + 1;
   int ju = 0;
-  for (int k = 1; k <= n; ++k) {
+  EstimateFirstSolve(n, z, [&](int k, double& ek) {
     ju = Min(Max(ju, mu + ipvt[k - 1]), n);
-    // Row k of U runs up the band: element (k, j) is abd(m - (j - k), j).
     EstimateStep(
         n, z, k, ABD(m, k), k + 1, ju, [&](int j) { return ABD(m - (j - k), j); }, ek);
-  }
-  ScaleToUnitNorm(n, z, nullptr);
+  });
 
   // Solve trans(L) y = w and L v = y.
   double ynorm = EstimateLowerSolves(
@@ -1224,15 +1224,11 @@ double Linpack::Dpbco(double* abd, int lda, int n, int m, double* z) {
   if (n < 1) return Rcond(1.0, anorm);
 
   // Solve trans(R) w = e; row k of R runs up the band.
-  double ek = 1.0;
-  for (int j = 1; j <= n; ++j)
-    Z(j) = 0.0;
-  for (int k = 1; k <= n; ++k) {
+  EstimateFirstSolve(n, z, [&](int k, double& ek) {
     EstimateStep(
         n, z, k, ABD(m + 1, k), k + 1, Min(k + m, n),
         [&](int j) { return ABD(m + 1 - (j - k), j); }, ek);
-  }
-  ScaleToUnitNorm(n, z, nullptr);
+  });
 
   // Solve R y = w, trans(R) v = y and R z = v, rescaling as they go.
   auto solveR = [&](double* ynorm) {
@@ -1353,18 +1349,14 @@ double Linpack::Dtrco(double* t, int ldt, int n, double* z, int job) {
   if (n < 1) return Rcond(1.0, tnorm);
 
   // Solve trans(T) y = e.
-  double ek = 1.0;
-  for (int j = 1; j <= n; ++j)
-    Z(j) = 0.0;
-  for (int kk = 1; kk <= n; ++kk) {
+  EstimateFirstSolve(n, z, [&](int kk, double& ek) {
     const int k = lower ? n + 1 - kk : kk;
     int j1 = lower ? 1 : k + 1;
     int j2 = lower ? k - 1 : n;
     if (kk == n) j1 = j2 + 1;
     EstimateStep(
         n, z, k, T(k, k), j1, j2, [&](int j) { return T(k, j); }, ek);
-  }
-  ScaleToUnitNorm(n, z, nullptr);
+  });
 
   double ynorm = 1.0;
   // Solve T z = y.
