@@ -129,6 +129,23 @@ void EstimateStep(int n, double* z, int k, double ukk, int j1, int j2, Row row, 
   Z(k) = wk;
 }
 
+// Step k's pivot in DGEFA and DGBFA, on the len elements of column k from
+// the diagonal down: the largest in magnitude (the first of equals) is
+// swapped to the top and the rest become the negated multipliers. Returns
+// its offset from the diagonal, or -1, with nothing changed, when it is 0.0.
+int PivotColumn(double* col, int len) {
+  const int offset = Blas1::IDAMax(len, col, 1) - 1;
+  if (col[offset] == 0.0) return -1;
+  if (offset != 0) {
+    const double t = col[offset];
+    col[offset] = col[0];
+    col[0] = t;
+  }
+  const double t = -1.0 / col[0];
+  Blas1::DScal(len - 1, t, col + 1, 1);
+  return offset;
+}
+
 // The estimators' first solve, trans(U) w = e: z starts at zero, step(k, ek)
 // makes step k (by EstimateStep) for k = 1..n, and z ends at unit 1-norm.
 template <typename Step>
@@ -228,6 +245,25 @@ class PackedUpper {
  private:
   double* ap_;
 };
+
+// inverse(U) in place, column by column, as DGEDI, DPODI, DPPDI and DTRDI
+// form it. With checkZero a zero diagonal element stops it and its index
+// comes back (DTRDI's info); otherwise 0.
+template <typename Upper>
+int InvertUpper(Upper a, int n, bool checkZero) {
+  for (int k = 1; k <= n; ++k) {
+    if (checkZero && a(k, k) == 0.0) return k;
+    a(k, k) = 1.0 / a(k, k);
+    double t = -a(k, k);
+    Blas1::DScal(k - 1, t, a.Col(k), 1);
+    for (int j = k + 1; j <= n; ++j) {
+      t = a(k, j);
+      a(k, j) = 0.0;
+      Blas1::Daxpy(k, t, a.Col(k), 1, a.Col(j), 1);
+    }
+  }
+  return 0;
+}
 
 // 1-norm of a symmetric matrix from its upper triangle; z is work.
 template <typename Upper>
@@ -331,17 +367,7 @@ void PoDetInverse(Upper a, int n, double* det, int job) {
     }
   }
   if (job % 10 == 0) return;
-  // inverse(R).
-  for (int k = 1; k <= n; ++k) {
-    a(k, k) = 1.0 / a(k, k);
-    double t = -a(k, k);
-    Blas1::DScal(k - 1, t, a.Col(k), 1);
-    for (int j = k + 1; j <= n; ++j) {
-      t = a(k, j);
-      a(k, j) = 0.0;
-      Blas1::Daxpy(k, t, a.Col(k), 1, a.Col(j), 1);
-    }
-  }
+  InvertUpper(a, n, false);
   // inverse(R) * trans(inverse(R)).
   for (int j = 1; j <= n; ++j) {
     for (int k = 1; k <= j - 1; ++k) {
@@ -350,6 +376,20 @@ void PoDetInverse(Upper a, int n, double* det, int job) {
     }
     const double t = a(j, j);
     Blas1::DScal(j, t, a.Col(j), 1);
+  }
+}
+
+// The symmetric interchange of rows and columns p < k within the leading k:
+// the two columns above row p, then column k from row k up to row p against
+// row p, in the published order.
+template <typename Upper>
+void SiInterchange(Upper a, int p, int k) {
+  Blas1::DSwap(p, a.Col(p), 1, a.Col(k), 1);
+  for (int jj = p; jj <= k; ++jj) {
+    const int j = k + p - jj;
+    const double t = a(j, k);
+    a(j, k) = a(p, j);
+    a(p, j) = t;
   }
 }
 
@@ -407,15 +447,7 @@ int SiFactor(Upper a, int n, int* kpvt) {
       KPVT(k) = k;
       info = k;
     } else if (kstep == 1) {
-      if (swap) {
-        Blas1::DSwap(imax, a.Col(imax), 1, a.Col(k), 1);
-        for (int jj = imax; jj <= k; ++jj) {
-          const int j = k + imax - jj;
-          const double t = a(j, k);
-          a(j, k) = a(imax, j);
-          a(imax, j) = t;
-        }
-      }
+      if (swap) SiInterchange(a, imax, k);
       for (int jj = 1; jj <= km1; ++jj) {
         const int j = k - jj;
         const double mulk = -a(j, k) / a(k, k);
@@ -426,13 +458,7 @@ int SiFactor(Upper a, int n, int* kpvt) {
       KPVT(k) = swap ? imax : k;
     } else {
       if (swap) {
-        Blas1::DSwap(imax, a.Col(imax), 1, a.Col(k - 1), 1);
-        for (int jj = imax; jj <= km1; ++jj) {
-          const int j = km1 + imax - jj;
-          const double t = a(j, k - 1);
-          a(j, k - 1) = a(imax, j);
-          a(imax, j) = t;
-        }
+        SiInterchange(a, imax, km1);
         const double t = a(k - 1, k);
         a(k - 1, k) = a(imax, k);
         a(imax, k) = t;
@@ -678,13 +704,7 @@ void SiDetInverse(Upper a, int n, const int* kpvt, double* det, int* inert, doub
     // Undo the interchange.
     const int ks = std::abs(kpvt[k - 1]);
     if (ks != k) {
-      Blas1::DSwap(ks, a.Col(ks), 1, a.Col(k), 1);
-      for (int jb = ks; jb <= k; ++jb) {
-        const int j = k + ks - jb;
-        const double temp = a(j, k);
-        a(j, k) = a(ks, j);
-        a(ks, j) = temp;
-      }
+      SiInterchange(a, ks, k);
       if (kstep != 1) {
         const double temp = a(ks, k + 1);
         a(ks, k + 1) = a(k, k + 1);
@@ -709,24 +729,18 @@ int Linpack::Dgefa(double* a, int lda, int n, int* ipvt) {
   for (int k = 1; k <= nm1; ++k) {
     const int kp1 = k + 1;
     // Pivot index.
-    const int l = Blas1::IDAMax(n - k + 1, &A(k, k), 1) + k - 1;
+    // Pivot and multipliers; a zero pivot means this column is already
+    // triangular.
+    const int offset = PivotColumn(&A(k, k), n - k + 1);
+    const int l = k + Max(offset, 0);
     ipvt[k - 1] = l;
-    // A zero pivot means this column is already triangular.
-    if (A(l, k) == 0.0) {
+    if (offset < 0) {
       info = k;
       continue;
     }
-    if (l != k) {
-      const double t = A(l, k);
-      A(l, k) = A(k, k);
-      A(k, k) = t;
-    }
-    // Multipliers.
-    double t = -1.0 / A(k, k);
-    Blas1::DScal(n - k, t, &A(k + 1, k), 1);
     // Row elimination with column indexing.
     for (int j = kp1; j <= n; ++j) {
-      t = A(l, j);
+      const double t = A(l, j);
       if (l != k) {
         A(l, j) = A(k, j);
         A(k, j) = t;
@@ -832,17 +846,7 @@ void Linpack::Dgedi(double* a, int lda, int n, int* ipvt, double* det, double* w
     }
   }
   if (job % 10 == 0) return;
-  // inverse(U).
-  for (int k = 1; k <= n; ++k) {
-    A(k, k) = 1.0 / A(k, k);
-    double t = -A(k, k);
-    Blas1::DScal(k - 1, t, &A(1, k), 1);
-    for (int j = k + 1; j <= n; ++j) {
-      t = A(k, j);
-      A(k, j) = 0.0;
-      Blas1::Daxpy(k, t, &A(1, k), 1, &A(1, j), 1);
-    }
-  }
+  InvertUpper(FullUpper(a, lda), n, false);
   // inverse(U) * inverse(L).
   const int nm1 = n - 1;
   for (int kb = 1; kb <= nm1; ++kb) {
@@ -891,26 +895,20 @@ int Linpack::Dgbfa(double* abd, int lda, int n, int ml, int mu, int* ipvt) {
     }
     // Pivot index.
     const int lm = Min(ml, n - k);
-    int l = Blas1::IDAMax(lm + 1, &ABD(m, k), 1) + m - 1;
+    const int offset = PivotColumn(&ABD(m, k), lm + 1);
+    int l = m + Max(offset, 0);
     ipvt[k - 1] = l + k - m;
-    if (ABD(l, k) == 0.0) {
+    if (offset < 0) {
       info = k;
       continue;
     }
-    if (l != m) {
-      const double t = ABD(l, k);
-      ABD(l, k) = ABD(m, k);
-      ABD(m, k) = t;
-    }
-    double t = -1.0 / ABD(m, k);
-    Blas1::DScal(lm, t, &ABD(m + 1, k), 1);
     // Row elimination with column indexing.
     ju = Min(Max(ju, mu + ipvt[k - 1]), n);
     int mm = m;
     for (int j = kp1; j <= ju; ++j) {
       l = l - 1;
       mm = mm - 1;
-      t = ABD(l, j);
+      const double t = ABD(l, j);
       if (l != mm) {
         ABD(l, j) = ABD(mm, j);
         ABD(mm, j) = t;
@@ -1438,21 +1436,7 @@ int Linpack::Dtrdi(double* t, int ldt, int n, double* det, int job) {
     }
   }
   if (job / 10 % 10 == 0) return info;
-  if (job % 10 != 0) {
-    // Inverse of upper triangular.
-    for (int k = 1; k <= n; ++k) {
-      if (T(k, k) == 0.0) return k;
-      T(k, k) = 1.0 / T(k, k);
-      double temp = -T(k, k);
-      Blas1::DScal(k - 1, temp, &T(1, k), 1);
-      for (int j = k + 1; j <= n; ++j) {
-        temp = T(k, j);
-        T(k, j) = 0.0;
-        Blas1::Daxpy(k, temp, &T(1, k), 1, &T(1, j), 1);
-      }
-    }
-    return 0;
-  }
+  if (job % 10 != 0) return InvertUpper(FullUpper(t, ldt), n, true);
   // Inverse of lower triangular.
   for (int kb = 1; kb <= n; ++kb) {
     const int k = n + 1 - kb;
@@ -1953,6 +1937,19 @@ int Linpack::Dchdc(double* a, int lda, int p, double* work, int* jpvt, int job) 
     A(i, j) = A(k, l);
     A(k, l) = temp;
   };
+  // The symmetric interchange of rows and columns lo < hi in the upper
+  // triangle, as the published routine makes it while arranging jpvt.
+  auto interchange = [&](int lo, int hi) {
+    Blas1::DSwap(lo - 1, &A(1, hi), 1, &A(1, lo), 1);
+    swapElem(hi, hi, lo, lo);
+    for (int j = lo + 1; j <= p; ++j) {
+      if (j < hi) {
+        swapElem(lo, j, j, hi);
+      } else if (j != hi) {
+        swapElem(hi, j, lo, j);
+      }
+    }
+  };
   int pl = 1;
   int pu = 0;
   int info = p;
@@ -1964,15 +1961,7 @@ int Linpack::Dchdc(double* a, int lda, int p, double* work, int* jpvt, int job) 
       JPVT(k) = negk ? -k : k;
       if (!swapk) continue;
       if (k != pl) {
-        Blas1::DSwap(pl - 1, &A(1, k), 1, &A(1, pl), 1);
-        swapElem(k, k, pl, pl);
-        for (int j = pl + 1; j <= p; ++j) {
-          if (j < k) {
-            swapElem(pl, j, j, k);
-          } else if (j != k) {
-            swapElem(k, j, pl, j);
-          }
-        }
+        interchange(pl, k);
         JPVT(k) = JPVT(pl);
         JPVT(pl) = k;
       }
@@ -1984,15 +1973,7 @@ int Linpack::Dchdc(double* a, int lda, int p, double* work, int* jpvt, int job) 
       if (JPVT(k) >= 0) continue;
       JPVT(k) = -JPVT(k);
       if (pu != k) {
-        Blas1::DSwap(k - 1, &A(1, k), 1, &A(1, pu), 1);
-        swapElem(k, k, pu, pu);
-        for (int j = k + 1; j <= p; ++j) {
-          if (j < pu) {
-            swapElem(k, j, j, pu);
-          } else if (j != pu) {
-            swapElem(k, j, pu, j);
-          }
-        }
+        interchange(k, pu);
         const int jt = JPVT(k);
         JPVT(k) = JPVT(pu);
         JPVT(pu) = jt;

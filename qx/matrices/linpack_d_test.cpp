@@ -620,11 +620,15 @@ TEST(LinpackTest, DqrdcRebuildsXAndDqrslSolvesLeastSquares) {
       Mat f = x;
       Vec qraux(p), work(p);
       std::vector<int> jpvt(p, 0);
-      if (job && p > 2) jpvt[2] = 1;  // an initial column goes first
+      if (job && p > 2) {
+        jpvt[2] = 1;   // an initial column goes first
+        jpvt[0] = -1;  // and a final one last
+      }
       EXPECT_EQ(Linpack::Dqrdc(f.data(), f.ld, n, p, qraux.data(), jpvt.data(), work.data(), job),
                 0);
       if (job && p > 2) {
         EXPECT_EQ(jpvt[0], 3);
+        EXPECT_EQ(jpvt[p - 1], 1);
       }
       auto column = [&](int j) { return job ? jpvt[j] - 1 : j; };
       // Q times each column of R gives the (permuted) column of x.
@@ -732,13 +736,15 @@ TEST(LinpackTest, PivotedCholeskyUpdateDowndateAndExchange) {
   Mat f = a;
   Vec work(p);
   std::vector<int> jpvt(p, 0);
-  jpvt[4] = 1;  // column 5 goes first
+  jpvt[4] = 1;   // column 5 goes first
+  jpvt[1] = -1;  // and column 2 last
   const int info = Linpack::Dchdc(f.data(), f.ld, p, work.data(), jpvt.data(), 1);
   EXPECT_GE(info, 3);
   if (info > 3) {
     EXPECT_LT(f(3, 3), 1e-6 * f(0, 0));
   }
   EXPECT_EQ(jpvt[0], 5);
+  EXPECT_EQ(jpvt[p - 1], 2);
   for (int i = 0; i < 3; ++i) {
     for (int j = i; j < p; ++j) {
       double sum = 0.0;
