@@ -440,11 +440,19 @@ std::vector<std::string> SplitNames(const std::string& text) {
   return names;
 }
 
-int Usage(const char* why) {
-  std::fprintf(stderr,
-               "data_dictionary: error: %s\nusage: data_dictionary [data.csv [--target NAME] "
-               "[--weight NAME] [--categorical A,B] [--dictionary FILE] [--save FILE]]\n",
-               why);
+const char kUsage[] =
+    "usage: data_dictionary [data.csv [options]]\n"
+    "  --target NAME          the target variable\n"
+    "  --weight NAME          a column of frequency weights\n"
+    "  --categorical A,B,...  numeric columns whose values are categories\n"
+    "  --dictionary FILE      read the dictionary from FILE instead of the header\n"
+    "  --save FILE            where to write the dictionary (default:\n"
+    "                         <name of the CSV file>.dictionary.xml, in this folder)\n"
+    "Without a file, a built-in sample is run twice: building its dictionary,\n"
+    "then reading that back.\n";
+
+int Usage(const std::string& why) {
+  std::fprintf(stderr, "data_dictionary: error: %s (see --help)\n", why.c_str());
   return 2;
 }
 
@@ -462,20 +470,26 @@ int main(int argc, char** argv) {
   Options options;
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
+    if (arg == "--help" || arg == "-h") {
+      std::fputs(kUsage, stdout);
+      return 0;
+    }
     std::string* target = nullptr;
     if (arg == "--target") target = &options.target;
     if (arg == "--weight") target = &options.weight;
     if (arg == "--dictionary") target = &options.dictionary;
     if (arg == "--save") target = &options.save;
     if (target != nullptr || arg == "--categorical") {
-      if (i + 1 >= argc) return Usage(("option " + arg + " needs a value").c_str());
+      if (i + 1 >= argc) return Usage("option " + arg + " needs a value");
       if (target != nullptr) {
         *target = argv[++i];
       } else {
         options.categorical = SplitNames(argv[++i]);
       }
-    } else if (arg.compare(0, 2, "--") == 0 || !options.file.empty()) {
-      return Usage(("unexpected argument '" + arg + "'").c_str());
+    } else if (arg.compare(0, 1, "-") == 0) {
+      return Usage("unknown option " + arg);
+    } else if (!options.file.empty()) {
+      return Usage("a second file '" + arg + "'");
     } else {
       options.file = arg;
     }
