@@ -66,4 +66,20 @@
 #include "qx/markup/xmlstring.h"
 #include "qx/markup/xmlutil.h"
 
+// Variables and encoders
+#include "qx/dictionary/iqxencoder.h"
+#include "qx/dictionary/iqxvariable.h"
+#include "qx/dictionary/qxbinningencoder.h"
+#include "qx/dictionary/qxcatnumencoder.h"
+#include "qx/dictionary/qxcatstats.h"
+#include "qx/dictionary/qxcatvar.h"
+#include "qx/dictionary/qxcontencoder.h"
+#include "qx/dictionary/qxcontstats.h"
+#include "qx/dictionary/qxcontvar.h"
+#include "qx/dictionary/qxmtdisplayenums.h"
+#include "qx/dictionary/qxroundencoder.h"
+#include "qx/dictionary/qxstringencoder.h"
+#include "qx/dictionary/qxvarlist.h"
+#include "qx/dictionary/qxweightvar.h"
+
 #endif  // QX_QXCOMMON_H
