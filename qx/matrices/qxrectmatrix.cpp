@@ -8,7 +8,9 @@
 #include "qx/foundation/qxcomponentdisplay.h"
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/internal/displayrow.h"
+#include "qx/matrices/qxdiagmatrix.h"
 #include "qx/matrices/qxmathfun.h"
+#include "qx/matrices/qxsymblockdiagmatrix.h"
 #include "qx/matrices/qxsymmatrix.h"
 
 namespace QXMath_850 {
@@ -819,6 +821,68 @@ bool QXRectMatrix::SubtractSymMatrix(const QXSymMatrix& s, double factor) {
       data[static_cast<std::size_t>(i) * nCols + j] -= factor * s.GetElem(i, j);
   }
   return true;
+}
+
+bool QXRectMatrix::ComputeDiagR(const QXDiagMatrix& d) {
+  if (d.GetNRows() != nRows) return false;
+  for (int i = 0; i < nRows; ++i) {
+    const double di = d.GetElem(i);
+    double* row = data.data() + static_cast<std::size_t>(i) * nCols;
+    for (int j = 0; j < nCols; ++j)
+      row[j] = di * row[j];
+  }
+  return true;
+}
+
+// Diagonal blocks scale the rows they cover; a dense block's rows go against
+// each column of the rectangle, read down s's packed column when it lies in
+// the lower triangle and gathered element by element otherwise.
+bool QXRectMatrix::ComputeBlockDiagSR(const QXSymBlockDiagMatrix& b, int firstRow,
+                                      const QXSymMatrix& s, int rowOffset, int firstCol, int limit,
+                                      int nColumns) {
+  const int m = b.GetNRows();
+  const int order = s.GetNRows();
+  if (rowOffset < 0 || firstRow < 0 || firstCol < 0 || limit < 0 || nColumns < 0 ||
+      limit + rowOffset > order || limit < m + firstRow || firstCol > order - nColumns) {
+    return false;
+  }
+  const int top = rowOffset + firstRow;
+  QXRectMatrix result(m, nColumns, true);
+  if (!result.IsValidMatrix()) return false;
+  std::vector<double> column;
+  for (int k = 0; k < b.GetNBlocks(); ++k) {
+    const int start = b.GetBlockStartIndex(k);
+    const int size = b.GetBlockSize(k);
+    const std::vector<double>* d = nullptr;
+    const QXSymMatrix* block = nullptr;
+    if (b.GetDiagonalBlock(k, d)) {
+      for (int i = 0; i < size; ++i) {
+        for (int j = 0; j < nColumns; ++j)
+          result.SetElem(start + i, j, (*d)[i] * s.GetElem(top + start + i, firstCol + j));
+      }
+      continue;
+    }
+    if (!b.GetDenseBlock(k, block)) continue;
+    const int row0 = top + start;
+    for (int j = 0; j < nColumns; ++j) {
+      const int col = firstCol + j;
+      for (int i = 0; i < size; ++i) {
+        double sum = 0.0;
+        if (row0 >= col) {
+          const int at = row0 * (row0 + 1) / 2 + col;
+          block->ComputeDotColVecIIncrPart(i, s.AsVectorConst(), at, row0 + 1, 0, size, sum);
+        } else {
+          column.resize(size);
+          for (int t = 0; t < size; ++t)
+            column[t] = s.GetElem(row0 + t, col);
+          sum = block->ComputeRVD(i, column, 1);
+        }
+        result.SetElem(start + i, j, sum);
+      }
+    }
+  }
+  *this = result;
+  return IsValidMatrix();
 }
 
 // ---------------------------------------------------------------------------

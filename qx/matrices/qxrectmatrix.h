@@ -10,7 +10,9 @@
 namespace QXMath_850 {
 
 class IQXSymMatrix;
+class QXDiagMatrix;
 class QXRectMatrix;
+class QXSymBlockDiagMatrix;
 class QXSymMatrix;
 
 // The shared face of general matrices, dense and sparse: blocks of cases,
@@ -204,6 +206,15 @@ class QXCOMMON_API QXRectMatrix : public IQXRectMatrix {
   bool TraceOfProductSubMatSym(int first, const IQXSymMatrix& s, double& trace) const;
   // A -= factor * S for a square A of the order of S.
   bool SubtractSymMatrix(const QXSymMatrix& s, double factor);
+  // D A in place: row i scaled by d_i; false unless d is of order nRows.
+  bool ComputeDiagR(const QXDiagMatrix& d);
+  // This matrix becomes B R, b.GetNRows() by nColumns, where R is the
+  // rectangle of s from row rowOffset + firstRow and column firstCol. False
+  // for a negative rowOffset, firstRow, firstCol, limit or nColumns, when
+  // limit + rowOffset exceeds s's order, limit is below b's order plus
+  // firstRow, or the columns run past s.
+  bool ComputeBlockDiagSR(const QXSymBlockDiagMatrix& b, int firstRow, const QXSymMatrix& s,
+                          int rowOffset, int firstCol, int limit, int nColumns);
 
   // Linear dependencies.
   // True when every row of this matrix, as a contrast L, is reproduced by h

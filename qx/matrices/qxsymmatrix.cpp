@@ -5,7 +5,6 @@
 #include <cstddef>
 
 #include "qx/foundation/qxcomponentdisplay.h"
-#include "qx/matrices/blas1_d.h"
 #include "qx/matrices/internal/displayrow.h"
 #include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/qxrectmatrix.h"
@@ -466,15 +465,6 @@ bool QXSymMatrix::IsZeroRow(int row, const QXBitSet& columns) const {
   for (int j = 0; j < m; ++j) {
     if (columns.IsIn(j) && GetElem(row, j) != 0.0) return false;
   }
-  return true;
-}
-
-bool QXSymMatrix::ComputeAXpY(double a, const IQXSymMatrix& x) {
-  if (x.GetNRows() != nRows) return false;
-  if (x.GetType() != 0) return false;
-  const QXSymMatrix& dense = static_cast<const QXSymMatrix&>(x);
-  Blas1::Daxpy(static_cast<int>(data.size()), a, const_cast<double*>(dense.data.data()), 1,
-               data.data(), 1);
   return true;
 }
 

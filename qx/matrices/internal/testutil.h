@@ -5,9 +5,12 @@
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <random>
 #include <vector>
 
+#include "qx/matrices/qxrectmatrix.h"
 #include "qx/matrices/qxsymmatrix.h"
 
 namespace QXMath_850 {
@@ -69,6 +72,72 @@ inline std::vector<double> WithSpectrum(const std::vector<double>& lambda, unsig
     }
   }
   return h;
+}
+
+// True when the two doubles have the same bits: a reordered sum shows here
+// even where it compares equal.
+inline bool SameBits(double a, double b) {
+  std::uint64_t x, y;
+  std::memcpy(&x, &a, sizeof x);
+  std::memcpy(&y, &b, sizeof y);
+  return x == y;
+}
+
+// The full square of a symmetric matrix of any structure, row by row.
+inline std::vector<double> Full(const IQXSymMatrix& a) {
+  const int n = a.GetNRows();
+  std::vector<double> full(static_cast<std::size_t>(n) * n);
+  for (int i = 0; i < n; ++i) {
+    for (int j = 0; j < n; ++j)
+      full[static_cast<std::size_t>(i) * n + j] = a.GetElem(i, j);
+  }
+  return full;
+}
+
+// The kinds of test matrix: wide-ranging random values, small integers
+// (every product exact), and the exact integer product X X^T of rank n / 2.
+enum class Kind { kRandom, kInteger, kRankDeficient };
+
+inline QXSymMatrix TestMatrix(int n, unsigned seed, Kind kind) {
+  QXSymMatrix a(n, true);
+  std::mt19937 gen(seed);
+  std::uniform_int_distribution<int> small(-9, 9);
+  if (kind == Kind::kRandom) {
+    a.AsVector() = WideRangeData(static_cast<int>(a.AsVectorConst().size()), seed, 3);
+  } else if (kind == Kind::kInteger) {
+    for (double& x : a.AsVector())
+      x = small(gen);
+  } else {
+    const int rank = n / 2;
+    std::vector<double> x(static_cast<std::size_t>(n) * rank);
+    for (double& v : x)
+      v = small(gen);
+    for (int i = 0; i < n; ++i) {
+      for (int j = 0; j <= i; ++j) {
+        double s = 0.0;
+        for (int k = 0; k < rank; ++k)
+          s += x[i * rank + k] * x[j * rank + k];
+        a.SetElem(i, j, s);
+      }
+    }
+  }
+  return a;
+}
+
+// A positive definite matrix of order n with small integer elements.
+inline QXSymMatrix SpdMatrix(int n, unsigned seed) {
+  QXSymMatrix a = TestMatrix(n, seed, Kind::kInteger);
+  for (double& x : a.AsVector())
+    x = std::fabs(x) / 10.0;
+  a.AddToDiagonal(n);
+  return a;
+}
+
+// A dense rows by cols matrix of wide-ranging values.
+inline QXRectMatrix TestRect(int rows, int cols, unsigned seed) {
+  QXRectMatrix r(rows, cols, true);
+  if (rows > 0 && cols > 0) r.AsVector() = WideRangeData(rows * cols, seed, 2);
+  return r;
 }
 
 }  // namespace internal
