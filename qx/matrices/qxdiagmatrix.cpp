@@ -7,6 +7,7 @@
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/internal/determinant.h"
 #include "qx/matrices/internal/displayrow.h"
+#include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/internal/symproducts.h"
 #include "qx/matrices/qxrectmatrix.h"
 
@@ -461,12 +462,10 @@ double QXDiagMatrix::ComputeRowDotProductS(int row, const IQXSymMatrix& s, int o
 double QXDiagMatrix::ComputeRowDotProductS(int row, const std::vector<double>& packed,
                                            int otherRow) const {
   if (!InRange(row, nRows) || !InRange(otherRow, nRows) ||
-      packed.size() != static_cast<std::size_t>(nRows) * (nRows + 1) / 2) {
+      packed.size() != internal::PackedSize(nRows)) {
     return 0.0;
   }
-  const int i = row > otherRow ? row : otherRow;
-  const int j = row > otherRow ? otherRow : row;
-  return diagonal[row] * packed[static_cast<std::size_t>(i) * (i + 1) / 2 + j];
+  return diagonal[row] * packed[internal::PackedIndex(otherRow, row)];
 }
 
 double QXDiagMatrix::ComputeVSW(const double* v, int vStride, const double* w, int wStride) const {

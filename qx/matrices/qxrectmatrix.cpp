@@ -8,6 +8,7 @@
 #include "qx/foundation/qxcomponentdisplay.h"
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/internal/displayrow.h"
+#include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/qxdiagmatrix.h"
 #include "qx/matrices/qxmathfun.h"
 #include "qx/matrices/qxsymblockdiagmatrix.h"
@@ -869,7 +870,7 @@ bool QXRectMatrix::ComputeBlockDiagSR(const QXSymBlockDiagMatrix& b, int firstRo
       for (int i = 0; i < size; ++i) {
         double sum = 0.0;
         if (row0 >= col) {
-          const int at = row0 * (row0 + 1) / 2 + col;
+          const int at = static_cast<int>(internal::PackedIndex(row0, col));
           block->ComputeDotColVecIIncrPart(i, s.AsVectorConst(), at, row0 + 1, 0, size, sum);
         } else {
           column.resize(size);

@@ -7,6 +7,7 @@
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/internal/determinant.h"
 #include "qx/matrices/internal/displayrow.h"
+#include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/internal/symproducts.h"
 #include "qx/matrices/qxrectmatrix.h"
 
@@ -327,7 +328,7 @@ bool QXSymBlockDiagMatrix::GetIndexFirstInRow(int row, int& first, const double*
     data = &diagBlocks[pos][rel];
   } else {
     first = row - relCol;
-    data = denseBlocks[pos].AsVectorConst().data() + static_cast<std::size_t>(rel) * (rel + 1) / 2;
+    data = denseBlocks[pos].AsVectorConst().data() + internal::RowStart(rel);
   }
   return true;
 }
@@ -913,16 +914,13 @@ double QXSymBlockDiagMatrix::ComputeRowDotProductS(int row, const std::vector<do
                                                    int otherRow) const {
   int b = 0, start = 0, rel = 0;
   bool isDiag = false;
-  if (packed.size() != static_cast<std::size_t>(nRows) * (nRows + 1) / 2 ||
-      !InRange(otherRow, nRows) || !FindAbsBlockRelColIndex(row, b, start, rel, isDiag)) {
+  if (packed.size() != internal::PackedSize(nRows) || !InRange(otherRow, nRows) ||
+      !FindAbsBlockRelColIndex(row, b, start, rel, isDiag)) {
     return 0.0;
   }
   double sum = 0.0;
-  for (int k = start; k < startIndices[b + 1]; ++k) {
-    const int hi = otherRow > k ? otherRow : k;
-    const int lo = otherRow > k ? k : otherRow;
-    sum = sum + GetElem(row, k) * packed[static_cast<std::size_t>(hi) * (hi + 1) / 2 + lo];
-  }
+  for (int k = start; k < startIndices[b + 1]; ++k)
+    sum = sum + GetElem(row, k) * packed[internal::PackedIndex(otherRow, k)];
   return sum;
 }
 

@@ -11,6 +11,7 @@
 
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/blas1_d.h"
+#include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/internal/symproducts.h"
 #include "qx/matrices/qxdiagmatrix.h"
 #include "qx/matrices/qxrectmatrix.h"
@@ -23,13 +24,9 @@ using QXCommon_850::QXMV;
 
 namespace {
 
-inline std::size_t RowStart(int i) {
-  return static_cast<std::size_t>(i) * (static_cast<std::size_t>(i) + 1) / 2;
-}
-
-inline std::size_t PackedSize(int n) {
-  return n > 0 ? RowStart(n) : 0;
-}
+using internal::PackedIndex;
+using internal::PackedSize;
+using internal::RowStart;
 
 inline bool InRange(int i, int n) {
   return i >= 0 && i < n;
@@ -40,7 +37,7 @@ inline bool InRange(int i, int n) {
 class RowCursor {
  public:
   RowCursor(const double* a, int row, int from)
-      : a(a), row(row), j(from), p(from < row ? RowStart(row) + from : RowStart(from) + row) {}
+      : a(a), row(row), j(from), p(PackedIndex(row, from)) {}
   double Next() {
     const double x = a[p];
     p += j < row ? 1 : static_cast<std::size_t>(j) + 1;
@@ -563,7 +560,7 @@ double WalkDot(int count, X x, Y y) {
 // Down column col of the packed store from row `from`.
 class ColumnCursor {
  public:
-  ColumnCursor(const double* a, int col, int from) : a(a), p(RowStart(from) + col), r(from) {}
+  ColumnCursor(const double* a, int col, int from) : a(a), p(PackedIndex(from, col)), r(from) {}
   double Next() {
     const double x = a[p];
     p += static_cast<std::size_t>(r) + 1;
@@ -812,11 +809,7 @@ std::vector<double> FactorByColumns(const std::vector<double>& l, int q,
   std::size_t at = 0;
   for (int p = 0; p < q; ++p) {
     colStart[p] = at;
-    std::size_t pos = RowStart(p) + p;
-    for (int r = p; r < q; ++r) {
-      cols[at++] = l[pos];
-      pos += static_cast<std::size_t>(r) + 1;
-    }
+    internal::WalkColumn(l.data(), p, p, q, [&](int, double x) { cols[at++] = x; });
   }
   return cols;
 }
@@ -833,9 +826,7 @@ void LTransSLDense(const std::vector<double>& a, int n, const std::vector<double
   const std::vector<double> cols = FactorByColumns(l, q, colStart);
   std::vector<double> arow(n), d(n);
   for (int r = 0; r < n; ++r) {
-    RowCursor walk(a.data(), r, 0);
-    for (int k = 0; k < n; ++k)
-      arow[k] = walk.Next();
+    internal::WalkSymmetricRow(a.data(), r, n, [&arow](int k, double x) { arow[k] = x; });
     for (int c = 0; c <= r; ++c) {
       const int blockStart = (c / q) * q;
       const int pc = c - blockStart;
@@ -1271,11 +1262,7 @@ bool QXSymMatrix::ComputeAXpY(double a, const IQXSymMatrix& x) {
     }
     case 1: {
       const std::vector<double>& d = static_cast<const QXDiagMatrix&>(x).AsVectorConst();
-      std::size_t p = 0;
-      for (int i = 0; i < nRows; ++i) {
-        data[p] += a * d[i];
-        p += static_cast<std::size_t>(i) + 2;
-      }
+      internal::WalkDiagonal(data.data(), 0, nRows, [&](int i, double& aii) { aii += a * d[i]; });
       return true;
     }
     case 2: {
@@ -1285,8 +1272,8 @@ bool QXSymMatrix::ComputeAXpY(double a, const IQXSymMatrix& x) {
         const std::vector<double>* d = nullptr;
         const QXSymMatrix* block = nullptr;
         if (b.GetDiagonalBlock(k, d)) {
-          for (std::size_t t = 0; t < d->size(); ++t)
-            data[RowStart(start + static_cast<int>(t)) + start + t] += a * (*d)[t];
+          internal::WalkDiagonal(data.data(), start, static_cast<int>(d->size()),
+                                 [&](int i, double& aii) { aii += a * (*d)[i - start]; });
         } else if (b.GetDenseBlock(k, block)) {
           const int size = block->nRows;
           std::size_t q = 0;

@@ -7,6 +7,7 @@
 
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/blas1_d.h"
+#include "qx/matrices/internal/determinant.h"
 #include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/qxmathfun.h"
 #include "qx/matrices/qxsymmatrix.h"
@@ -21,20 +22,6 @@ using internal::RowStart;
 using internal::WalkColumn;
 using internal::WalkDiagonal;
 using QXCommon_850::QXMV;
-
-// Puts a determinant held as det[0] * 10^det[1] back into 1 <= |det[0]| < 10.
-// An infinite mantissa is left as it is rather than divided forever.
-void Renormalize(double* det) {
-  if (det[0] == 0.0) return;
-  while (std::fabs(det[0]) < 1.0) {
-    det[0] = 10.0 * det[0];
-    det[1] = det[1] - 1.0;
-  }
-  while (std::fabs(det[0]) >= 10.0 && std::isfinite(det[0])) {
-    det[0] = det[0] / 10.0;
-    det[1] = det[1] + 1.0;
-  }
-}
 
 // Adds c_t times the pivot values x[0..len-1] to four rows at once, so that
 // each pivot value is loaded once for the four.
@@ -472,7 +459,7 @@ int QXSymMatrix::LTDetInverse(double* det, int job) {
       WalkDiagonal(data.data(), 0, n, [det](int, double d) {
         det[0] = d * det[0];
         if (det[0] == 0.0) return false;
-        Renormalize(det);
+        internal::RenormalizeDeterminant(det);
         return true;
       });
     }
@@ -627,7 +614,7 @@ bool QXSymMatrix::ComputeDeterminant(double tol, double* det) const {
   factor.LTDetInverse(det, 1);
   det[0] = det[0] * det[0];
   det[1] = det[1] * 2.0;
-  Renormalize(det);
+  internal::RenormalizeDeterminant(det);
   return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/qxmathfun.h"
 
 namespace QXMath_850 {
@@ -9,9 +10,8 @@ namespace internal {
 
 namespace {
 
-inline std::size_t RowStartOf(int i) {
-  return static_cast<std::size_t>(i) * (static_cast<std::size_t>(i) + 1) / 2;
-}
+using internal::PackedSize;
+using internal::RowStart;
 
 // Writes a symmetric result of order n row by row: row(i, u) fills u with
 // the elements (i, j), of which j <= i are kept. When out is also one of the
@@ -35,7 +35,7 @@ bool WriteSym(IQXSymMatrix& out, int n, bool diagonalResult, bool aliased, Row r
     if (target->GetType() == 1) {
       target->SetElem(i, i, u[i]);
     } else {
-      double* a = static_cast<QXSymMatrix*>(target)->AsVector().data() + RowStartOf(i);
+      double* a = static_cast<QXSymMatrix*>(target)->AsVector().data() + RowStart(i);
       for (int j = 0; j <= i; ++j)
         a[j] = u[j];
     }
@@ -72,14 +72,7 @@ bool WriteRect(IQXRectMatrix& out, int rows, int cols, bool aliased, Row row) {
 // Row i of the packed symmetric store g of order n.
 void PackedRow(const std::vector<double>& g, int n, int i, std::vector<double>& v) {
   v.resize(n);
-  const std::size_t start = RowStartOf(i);
-  for (int j = 0; j < i; ++j)
-    v[j] = g[start + j];
-  std::size_t p = start + i;
-  for (int j = i; j < n; ++j) {
-    v[j] = g[p];
-    p += j + 1;
-  }
+  internal::WalkSymmetricRow(g.data(), i, n, [&v](int j, double x) { v[j] = x; });
 }
 
 }  // namespace
@@ -210,7 +203,7 @@ bool SymGSG(const IQXSymMatrix& g, const IQXSymMatrix& s, IQXSymMatrix& out) {
 
 bool SymGMG(const IQXSymMatrix& m, const std::vector<double>& g, IQXSymMatrix& out) {
   const int n = m.GetNRows();
-  if (n < 0 || g.size() != (n > 0 ? RowStartOf(n) : 0)) return false;
+  if (n < 0 || g.size() != PackedSize(n)) return false;
   std::vector<double> v, t;
   return WriteSym(out, n, false, &out == &m, [&](int i, std::vector<double>& u) {
     PackedRow(g, n, i, v);
