@@ -26,10 +26,12 @@
 #include "qx/matrices/blas1_d.h"
 #include "qx/matrices/linpack_d.h"
 #include "qx/matrices/qxbitset.h"
+#include "qx/matrices/qxdiagmatrix.h"
 #include "qx/matrices/qxeigenvalues.h"
 #include "qx/matrices/qxmathfun.h"
 #include "qx/matrices/qxrectmatrix.h"
 #include "qx/matrices/qxsparsevector.h"
+#include "qx/matrices/qxsymblockdiagmatrix.h"
 #include "qx/matrices/qxsymmatrix.h"
 
 // Distribution functions and quadrature

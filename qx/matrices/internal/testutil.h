@@ -124,12 +124,11 @@ inline QXSymMatrix TestMatrix(int n, unsigned seed, Kind kind) {
   return a;
 }
 
-// A positive definite matrix of order n with small integer elements.
+// A positive definite matrix of order n with small integer elements, its
+// diagonal dominating each row.
 inline QXSymMatrix SpdMatrix(int n, unsigned seed) {
   QXSymMatrix a = TestMatrix(n, seed, Kind::kInteger);
-  for (double& x : a.AsVector())
-    x = std::fabs(x) / 10.0;
-  a.AddToDiagonal(n);
+  a.AddToDiagonal(10.0 * n);
   return a;
 }
 
