@@ -6,21 +6,12 @@
 
 #include <benchmark/benchmark.h>
 
-#include <random>
 #include <vector>
 
 #include "qx/foundation/internal/benchmarkratio.h"
+#include "qx/matrices/internal/benchmarkdata.h"
 #include "qx/matrices/qxbitset.h"
 #include "qx/matrices/qxsymmatrix.h"
-
-#if defined(QX_HAVE_LAPACK)
-extern "C" {
-void dpotrf_(const char* uplo, const int* n, double* a, const int* lda, int* info);
-void dpotri_(const char* uplo, const int* n, double* a, const int* lda, int* info);
-void dsyrk_(const char* uplo, const char* trans, const int* n, const int* k, const double* alpha,
-            const double* a, const int* lda, const double* beta, double* c, const int* ldc);
-}
-#endif
 
 namespace QXMath_850 {
 namespace {
@@ -29,45 +20,12 @@ constexpr int kCases = 10000;
 
 // Random cases, row-major: kCases rows of p values.
 std::vector<double> RandomCases(int p, unsigned seed) {
-  std::mt19937_64 engine(seed);
-  std::normal_distribution<double> normal(0.0, 1.0);
-  std::vector<double> x(static_cast<size_t>(kCases) * p);
-  for (double& v : x)
-    v = normal(engine);
-  return x;
+  return internal::RandomVector(static_cast<size_t>(kCases) * p, seed);
 }
 
-// A well-conditioned positive definite matrix of order n: X'X/m + I from
-// m = 2n random cases.
-QXSymMatrix RandomSpd(int n) {
-  std::mt19937_64 engine(12345u + n);
-  std::normal_distribution<double> normal(0.0, 1.0);
-  QXSymMatrix a(n, true);
-  std::vector<double> x(n);
-  for (int c = 0; c < 2 * n; ++c) {
-    for (double& v : x)
-      v = normal(engine);
-    a.UpdateXX(x, 1.0 / (2 * n));
-  }
-  a.AddToDiagonal(1.0);
-  return a;
-}
-
-// The same matrix as a full column-major array for LAPACK.
-std::vector<double> ToFull(const QXSymMatrix& a) {
-  const int n = a.GetNRows();
-  std::vector<double> full(static_cast<size_t>(n) * n);
-  for (int i = 0; i < n; ++i) {
-    for (int j = 0; j < n; ++j)
-      full[static_cast<size_t>(j) * n + i] = a.GetElem(i, j);
-  }
-  return full;
-}
-
-void SetFlops(benchmark::State& state, double flopsPerIteration) {
-  state.counters["flops"] =
-      benchmark::Counter(flopsPerIteration, benchmark::Counter::kIsIterationInvariantRate);
-}
+using internal::RandomSpd;
+using internal::SetFlops;
+using internal::ToFull;
 
 void BM_SweepOnMany(benchmark::State& state) {
   const int n = static_cast<int>(state.range(0));

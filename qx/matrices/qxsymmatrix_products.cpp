@@ -814,47 +814,124 @@ std::vector<double> FactorByColumns(const std::vector<double>& l, int q,
   return cols;
 }
 
+// One row r of L^T A L: d(c) = (A L)(r, c) for c <= r, summed down c's
+// column of the factor, then out(u, c) += L(r, u) d(c) for the rows u of r's
+// block up to r. With skipZeros the zero elements of the factor are passed
+// over.
+void LTransSLRow(const std::vector<double>& a, int n, const std::vector<double>& l, int q,
+                 const std::vector<double>& cols, const std::vector<std::size_t>& colStart, int r,
+                 bool skipZeros, std::vector<double>& arow, std::vector<double>& d,
+                 std::vector<double>& out) {
+  internal::WalkSymmetricRow(a.data(), r, n, [&arow](int k, double x) { arow[k] = x; });
+  for (int c = 0; c <= r; ++c) {
+    const int pc = c % q;
+    const double* x = arow.data() + c;
+    const double* y = cols.data() + colStart[pc];
+    double sum = 0.0;
+    for (int k = 0; k < q - pc; ++k) {
+      if (!skipZeros || y[k] != 0.0) sum = sum + x[k] * y[k];
+    }
+    d[c] = sum;
+  }
+  const int rowBlock = r - r % q;
+  const double* lrow = l.data() + RowStart(r - rowBlock);
+  for (int t = 0; t <= r - rowBlock; ++t) {
+    const double coef = lrow[t];
+    if (skipZeros && coef == 0.0) continue;
+    const int u = rowBlock + t;
+    double* __restrict__ o = out.data() + RowStart(u);
+    const double* __restrict__ dd = d.data();
+    for (int c = 0; c <= u; ++c)
+      o[c] = o[c] + coef * dd[c];
+  }
+}
+
+// Four rows r..r+3 of one block at once, with the terms of each element in
+// the order of the single rows: their four dots run side by side on the
+// factor's column, and an element of out takes the rows' terms in turn, in
+// one pass over it.
+void LTransSLFourRows(const std::vector<double>& a, int n, const std::vector<double>& l, int q,
+                      const std::vector<double>& cols, const std::vector<std::size_t>& colStart,
+                      int r, std::vector<double>* arow, std::vector<double>* d,
+                      std::vector<double>& out) {
+  for (int i = 0; i < 4; ++i) {
+    std::vector<double>& row = arow[i];
+    internal::WalkSymmetricRow(a.data(), r + i, n, [&row](int k, double x) { row[k] = x; });
+  }
+  for (int c = 0; c <= r + 3; ++c) {
+    const int pc = c % q;
+    const double* x0 = arow[0].data() + c;
+    const double* x1 = arow[1].data() + c;
+    const double* x2 = arow[2].data() + c;
+    const double* x3 = arow[3].data() + c;
+    const double* y = cols.data() + colStart[pc];
+    double s0 = 0.0, s1 = 0.0, s2 = 0.0, s3 = 0.0;
+    for (int k = 0; k < q - pc; ++k) {
+      const double yk = y[k];
+      s0 = s0 + x0[k] * yk;
+      s1 = s1 + x1[k] * yk;
+      s2 = s2 + x2[k] * yk;
+      s3 = s3 + x3[k] * yk;
+    }
+    d[0][c] = s0;
+    d[1][c] = s1;
+    d[2][c] = s2;
+    d[3][c] = s3;
+  }
+  const int rowBlock = r - r % q;
+  const int pr = r - rowBlock;
+  const double* l0 = l.data() + RowStart(pr);
+  const double* l1 = l0 + pr + 1;
+  const double* l2 = l1 + pr + 2;
+  const double* l3 = l2 + pr + 3;
+  const double* __restrict__ d0 = d[0].data();
+  const double* __restrict__ d1 = d[1].data();
+  const double* __restrict__ d2 = d[2].data();
+  const double* __restrict__ d3 = d[3].data();
+  for (int t = 0; t <= pr + 3; ++t) {
+    const int u = rowBlock + t;
+    double* __restrict__ o = out.data() + RowStart(u);
+    if (t <= pr) {
+      const double c0 = l0[t], c1 = l1[t], c2 = l2[t], c3 = l3[t];
+      for (int c = 0; c <= u; ++c)
+        o[c] = (((o[c] + c0 * d0[c]) + c1 * d1[c]) + c2 * d2[c]) + c3 * d3[c];
+    } else if (t == pr + 1) {
+      const double c1 = l1[t], c2 = l2[t], c3 = l3[t];
+      for (int c = 0; c <= u; ++c)
+        o[c] = ((o[c] + c1 * d1[c]) + c2 * d2[c]) + c3 * d3[c];
+    } else if (t == pr + 2) {
+      const double c2 = l2[t], c3 = l3[t];
+      for (int c = 0; c <= u; ++c)
+        o[c] = (o[c] + c2 * d2[c]) + c3 * d3[c];
+    } else {
+      const double c3 = l3[t];
+      for (int c = 0; c <= u; ++c)
+        o[c] = o[c] + c3 * d3[c];
+    }
+  }
+}
+
 // out = L^T A L into the zeroed packed out of order n, with A in a and the
-// factor's packed store l of order q: for each row r of A and each column c
-// <= r, d = (A L)(r, c) summed down c's column of L, then out(u, c) +=
-// L(r, u) d for the rows u of r's block up to r. Each element of out thus
-// takes its terms in ascending r. With skipZeros the zero elements of the
-// factor are passed over.
+// factor's packed store l of order q repeated along the diagonal. Every
+// element of out takes its terms in ascending r, the row of A they come
+// from.
 void LTransSLDense(const std::vector<double>& a, int n, const std::vector<double>& l, int q,
                    bool skipZeros, std::vector<double>& out) {
   std::vector<std::size_t> colStart;
   const std::vector<double> cols = FactorByColumns(l, q, colStart);
-  std::vector<double> arow(n), d(n);
-  for (int r = 0; r < n; ++r) {
-    internal::WalkSymmetricRow(a.data(), r, n, [&arow](int k, double x) { arow[k] = x; });
-    for (int c = 0; c <= r; ++c) {
-      const int blockStart = (c / q) * q;
-      const int pc = c - blockStart;
-      const double* x = arow.data() + c;
-      const double* y = cols.data() + colStart[pc];
-      const int len = q - pc;
-      double sum = 0.0;
-      if (skipZeros) {
-        for (int k = 0; k < len; ++k) {
-          if (y[k] != 0.0) sum = sum + x[k] * y[k];
-        }
-      } else {
-        for (int k = 0; k < len; ++k)
-          sum = sum + x[k] * y[k];
-      }
-      d[c] = sum;
-    }
-    const int rowBlock = (r / q) * q;
-    const int pr = r - rowBlock;
-    const double* lrow = l.data() + RowStart(pr);
-    for (int t = 0; t <= pr; ++t) {
-      const double coef = lrow[t];
-      if (skipZeros && coef == 0.0) continue;
-      const int u = rowBlock + t;
-      double* __restrict__ o = out.data() + RowStart(u);
-      const double* __restrict__ dd = d.data();
-      for (int c = 0; c <= u; ++c)
-        o[c] = o[c] + coef * dd[c];
+  std::vector<double> arow[4], d[4];
+  for (int i = 0; i < 4; ++i) {
+    arow[i].resize(n);
+    d[i].resize(n);
+  }
+  int r = 0;
+  while (r < n) {
+    if (!skipZeros && r % q + 3 < q) {
+      LTransSLFourRows(a, n, l, q, cols, colStart, r, arow, d, out);
+      r += 4;
+    } else {
+      LTransSLRow(a, n, l, q, cols, colStart, r, skipZeros, arow[0], d[0], out);
+      ++r;
     }
   }
 }
