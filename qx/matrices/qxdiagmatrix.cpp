@@ -5,8 +5,8 @@
 
 #include "qx/foundation/qxcomponentdisplay.h"
 #include "qx/foundation/qxmissingvalue.h"
-#include "qx/matrices/internal/determinant.h"
 #include "qx/matrices/internal/displayrow.h"
+#include "qx/matrices/internal/factorization.h"
 #include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/internal/symproducts.h"
 #include "qx/matrices/qxrectmatrix.h"

@@ -9,6 +9,7 @@
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/internal/displayrow.h"
 #include "qx/matrices/internal/packedlayout.h"
+#include "qx/matrices/internal/sparselists.h"
 #include "qx/matrices/qxdiagmatrix.h"
 #include "qx/matrices/qxmathfun.h"
 #include "qx/matrices/qxsymblockdiagmatrix.h"
@@ -516,17 +517,9 @@ double QXRectMatrix::ComputeSpVRSpW(int vCount, const std::vector<int>& vIndex,
                                     const std::vector<double>& v, int wCount,
                                     const std::vector<int>& wIndex,
                                     const std::vector<double>& w) const {
-  if (vCount < 0 || wCount < 0 || static_cast<std::size_t>(vCount) > vIndex.size() ||
-      static_cast<std::size_t>(vCount) > v.size() ||
-      static_cast<std::size_t>(wCount) > wIndex.size() ||
-      static_cast<std::size_t>(wCount) > w.size()) {
+  if (!internal::SparseListFits(vCount, vIndex, v, nRows) ||
+      !internal::SparseListFits(wCount, wIndex, w, nCols)) {
     return QXMV::Missing();
-  }
-  for (int s = 0; s < vCount; ++s) {
-    if (vIndex[s] < 0 || vIndex[s] >= nRows) return QXMV::Missing();
-  }
-  for (int t = 0; t < wCount; ++t) {
-    if (wIndex[t] < 0 || wIndex[t] >= nCols) return QXMV::Missing();
   }
   double sum = 0.0;
   for (int s = 0; s < vCount; ++s) {

@@ -5,8 +5,8 @@
 
 #include "qx/foundation/qxcomponentdisplay.h"
 #include "qx/foundation/qxmissingvalue.h"
-#include "qx/matrices/internal/determinant.h"
 #include "qx/matrices/internal/displayrow.h"
+#include "qx/matrices/internal/factorization.h"
 #include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/internal/symproducts.h"
 #include "qx/matrices/qxrectmatrix.h"
@@ -569,22 +569,28 @@ void QXSymBlockDiagMatrix::MaxMinDiagOffDiag(double& largestDiag, double& smalle
   smallestOff = lo;
 }
 
-void QXSymBlockDiagMatrix::LTLTransL() {
-  for (QXSymMatrix& block : denseBlocks)
-    block.LTLTransL();
-  for (std::vector<double>& d : diagBlocks) {
+namespace {
+
+// Applies a product of the factor with its transpose block by block: the
+// dense blocks by `product`, the diagonal ones by squaring their elements.
+void MultiplyOutFactor(std::vector<QXSymMatrix>& dense, std::vector<std::vector<double>>& diagonal,
+                       void (QXSymMatrix::*product)()) {
+  for (QXSymMatrix& block : dense)
+    (block.*product)();
+  for (std::vector<double>& d : diagonal) {
     for (double& x : d)
       x = x * x;
   }
 }
 
+}  // namespace
+
+void QXSymBlockDiagMatrix::LTLTransL() {
+  MultiplyOutFactor(denseBlocks, diagBlocks, &QXSymMatrix::LTLTransL);
+}
+
 void QXSymBlockDiagMatrix::LTLLTrans() {
-  for (QXSymMatrix& block : denseBlocks)
-    block.LTLLTrans();
-  for (std::vector<double>& d : diagBlocks) {
-    for (double& x : d)
-      x = x * x;
-  }
+  MultiplyOutFactor(denseBlocks, diagBlocks, &QXSymMatrix::LTLLTrans);
 }
 
 bool QXSymBlockDiagMatrix::Resize(int /*nRows*/) {
@@ -712,36 +718,16 @@ int QXSymBlockDiagMatrix::LTChol(double tol, double& minPivot, bool check) {
   return r;
 }
 
-namespace {
-
-// The CholInverse forms: a block-diagonal target takes a copy of the matrix,
-// which factor(target) factors; then the factor is inverted in place.
-template <typename Factor>
-int FactorAndInvertBlocks(const QXSymBlockDiagMatrix& source, IQXSymMatrix& inverse,
-                          Factor factor) {
-  if (inverse.GetType() != 2) return -1;
-  QXSymBlockDiagMatrix& target = static_cast<QXSymBlockDiagMatrix&>(inverse);
-  target = source;
-  const int r = factor(target);
-  if (r < 0) return r;
-  double det[2] = {0.0, 0.0};
-  target.LTDetInverse(det, 10);
-  target.LTLTransL();
-  return target.GetNRows() - r;
-}
-
-}  // namespace
-
 int QXSymBlockDiagMatrix::CholInverse(const std::vector<double>& diag, double tol,
                                       IQXSymMatrix& inverse) const {
-  return FactorAndInvertBlocks(*this, inverse, [&](QXSymBlockDiagMatrix& target) {
+  return internal::FactorAndInvert(*this, 2, inverse, [&](QXSymBlockDiagMatrix& target) {
     return target.LTChol(diag, tol, false);
   });
 }
 
 int QXSymBlockDiagMatrix::CholInverse(const std::vector<double>& diag, double tol,
                                       IQXSymMatrix& inverse, QXBitSet& nonRedundant) const {
-  return FactorAndInvertBlocks(*this, inverse, [&](QXSymBlockDiagMatrix& target) {
+  return internal::FactorAndInvert(*this, 2, inverse, [&](QXSymBlockDiagMatrix& target) {
     return target.LTChol(diag, tol, nonRedundant, false);
   });
 }
@@ -749,7 +735,7 @@ int QXSymBlockDiagMatrix::CholInverse(const std::vector<double>& diag, double to
 int QXSymBlockDiagMatrix::CholInverse(const std::vector<double>& diag, double tol,
                                       IQXSymMatrix& inverse, double& minPivot) const {
   minPivot = QXMV::Missing();
-  return FactorAndInvertBlocks(*this, inverse, [&](QXSymBlockDiagMatrix& target) {
+  return internal::FactorAndInvert(*this, 2, inverse, [&](QXSymBlockDiagMatrix& target) {
     const int r = target.LTChol(diag, tol, false);
     if (r >= 0 && target.GetNRows() > 0) {
       double largest = 0.0;

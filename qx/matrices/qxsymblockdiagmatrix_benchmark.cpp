@@ -88,14 +88,7 @@ QX_BENCHMARK_RATIO("BM_BlockCholInverse", "BM_DenseCholInverseOfBlocks");
 // dpotrf, and with `invert` dpotri after it, on the full square.
 void LapackOfBlocks(benchmark::State& state, bool invert) {
   const int n = static_cast<int>(state.range(0));
-  const std::vector<double> original = ToFull(Blocks(n, static_cast<int>(state.range(1))));
-  int info = 0;
-  for (auto _ : state) {
-    std::vector<double> a = original;
-    dpotrf_("L", &n, a.data(), &n, &info);
-    if (invert) dpotri_("L", &n, a.data(), &n, &info);
-    benchmark::DoNotOptimize(a.data());
-  }
+  internal::LapackCholesky(state, ToFull(Blocks(n, static_cast<int>(state.range(1)))), n, invert);
   SetBlockFlops(state, invert ? 1.0 : 1.0 / 3.0);
 }
 void BM_LapackPotrfOfBlocks(benchmark::State& state) {

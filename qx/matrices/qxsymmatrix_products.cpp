@@ -12,6 +12,7 @@
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/blas1_d.h"
 #include "qx/matrices/internal/packedlayout.h"
+#include "qx/matrices/internal/sparselists.h"
 #include "qx/matrices/internal/symproducts.h"
 #include "qx/matrices/qxdiagmatrix.h"
 #include "qx/matrices/qxrectmatrix.h"
@@ -421,17 +422,9 @@ double QXSymMatrix::ComputeSpVSSpW(int vCount, const std::vector<int>& vIndex,
                                    const std::vector<double>& v, int wCount,
                                    const std::vector<int>& wIndex,
                                    const std::vector<double>& w) const {
-  if (vCount < 0 || wCount < 0 || static_cast<std::size_t>(vCount) > vIndex.size() ||
-      static_cast<std::size_t>(vCount) > v.size() ||
-      static_cast<std::size_t>(wCount) > wIndex.size() ||
-      static_cast<std::size_t>(wCount) > w.size()) {
+  if (!internal::SparseListFits(vCount, vIndex, v, nRows) ||
+      !internal::SparseListFits(wCount, wIndex, w, nRows)) {
     return 0.0;
-  }
-  for (int k = 0; k < vCount; ++k) {
-    if (!InRange(vIndex[k], nRows)) return 0.0;
-  }
-  for (int k = 0; k < wCount; ++k) {
-    if (!InRange(wIndex[k], nRows)) return 0.0;
   }
   double sum = 0.0;
   for (int s = 0; s < wCount; ++s) {
@@ -468,12 +461,39 @@ bool QXSymMatrix::ComputeSV(int firstRow, const std::vector<double>& v,
   return true;
 }
 
+namespace {
+
+// A sparse vector of values v at positions index, all within order n.
+bool SparseFits(const std::vector<int>& index, const std::vector<double>& v, int n) {
+  if (index.size() != v.size() || n < 0) return false;
+  for (int p : index) {
+    if (!InRange(p, n)) return false;
+  }
+  return true;
+}
+
+// L v (or L^T v) for a sparse v: out_i = the sum, over the entries k in list
+// order whose position p lies on the factor's side of row i (p <= i, or p >=
+// i), of element (i, p) times v[k].
+void SparseTriangular(const double* a, int n, const std::vector<int>& index,
+                      const std::vector<double>& v, bool transposed, std::vector<double>& out) {
+  std::vector<double> result(n);
+  for (int i = 0; i < n; ++i) {
+    double s = 0.0;
+    for (std::size_t k = 0; k < index.size(); ++k) {
+      const int p = index[k];
+      if (transposed ? p >= i : p <= i) s = s + a[PackedIndex(i, p)] * v[k];
+    }
+    result[i] = s;
+  }
+  out.swap(result);
+}
+
+}  // namespace
+
 bool QXSymMatrix::ComputeSV(const std::vector<int>& index, const std::vector<double>& v,
                             std::vector<double>& out) const {
-  if (index.size() != v.size() || nRows < 0) return false;
-  for (int p : index) {
-    if (!InRange(p, nRows)) return false;
-  }
+  if (!SparseFits(index, v, nRows)) return false;
   std::vector<double> result(nRows);
   for (int i = 0; i < nRows; ++i)
     result[i] = ComputeRVD(i, index.data(), v.data(), static_cast<int>(index.size()));
@@ -497,44 +517,17 @@ bool QXSymMatrix::ComputeLTransV(const std::vector<double>& v, std::vector<doubl
   return true;
 }
 
-// L v for v sparse: out_i = sum over the entries k with index[k] <= i of
-// L(i, index[k]) v[k], in the order of the list.
 bool QXSymMatrix::ComputeLV(const std::vector<int>& index, const std::vector<double>& v,
                             std::vector<double>& out) const {
-  if (index.size() != v.size() || nRows < 0) return false;
-  for (int p : index) {
-    if (!InRange(p, nRows)) return false;
-  }
-  std::vector<double> result(nRows);
-  for (int i = 0; i < nRows; ++i) {
-    const double* row = data.data() + RowStart(i);
-    double s = 0.0;
-    for (std::size_t k = 0; k < index.size(); ++k) {
-      if (index[k] <= i) s = s + row[index[k]] * v[k];
-    }
-    result[i] = s;
-  }
-  out.swap(result);
+  if (!SparseFits(index, v, nRows)) return false;
+  SparseTriangular(data.data(), nRows, index, v, false, out);
   return true;
 }
 
-// L^T v for v sparse: out_i = sum over the entries with index[k] >= i of
-// L(index[k], i) v[k], in the order of the list.
 bool QXSymMatrix::ComputeLTransV(const std::vector<int>& index, const std::vector<double>& v,
                                  std::vector<double>& out) const {
-  if (index.size() != v.size() || nRows < 0) return false;
-  for (int p : index) {
-    if (!InRange(p, nRows)) return false;
-  }
-  std::vector<double> result(nRows);
-  for (int i = 0; i < nRows; ++i) {
-    double s = 0.0;
-    for (std::size_t k = 0; k < index.size(); ++k) {
-      if (index[k] >= i) s = s + data[RowStart(index[k]) + i] * v[k];
-    }
-    result[i] = s;
-  }
-  out.swap(result);
+  if (!SparseFits(index, v, nRows)) return false;
+  SparseTriangular(data.data(), nRows, index, v, true, out);
   return true;
 }
 
@@ -1272,19 +1265,10 @@ bool QXSymMatrix::SubSymRectV(int row, int col, int nr, int nc, const std::vecto
   return true;
 }
 
+// The rectangle's transpose is the rectangle mirrored across the diagonal.
 bool QXSymMatrix::SubSymRectTV(int row, int col, int nr, int nc, const std::vector<double>& v,
                                std::vector<double>& out) const {
-  if (row < 0 || col < 0 || nr < 0 || nc < 0 || row > nRows - nr || col > nRows - nc ||
-      static_cast<int>(v.size()) != nr) {
-    return false;
-  }
-  std::vector<double> result(nc);
-  for (int j = 0; j < nc; ++j) {
-    RowCursor x(data.data(), col + j, row);
-    result[j] = WalkDot(nr, x, Straight(v.data(), 0));
-  }
-  out.swap(result);
-  return true;
+  return SubSymRectV(col, row, nc, nr, v, out);
 }
 
 bool QXSymMatrix::SubSymSV(int first, int count, const std::vector<double>& v,

@@ -7,7 +7,7 @@
 
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/blas1_d.h"
-#include "qx/matrices/internal/determinant.h"
+#include "qx/matrices/internal/factorization.h"
 #include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/qxmathfun.h"
 #include "qx/matrices/qxsymmatrix.h"
@@ -139,23 +139,6 @@ bool CheckAndFloorDiagonal(double* diag, int n) {
     if (diag[i] < 1.0) diag[i] = 1.0;
   }
   return true;
-}
-
-// The CholInverse overloads: copies `source` into `inverse` (which must be
-// dense), factors the copy with `factor`, then inverts the factor and forms
-// L^-T L^-1 in place. The number of rows kept, or factor's negative code.
-template <typename Factor>
-int FactorAndInvert(const QXSymMatrix& source, IQXSymMatrix& inverse, Factor factor) {
-  if (inverse.GetType() != 0) return -1;
-  const int n = source.QXSymMatrix::GetNRows();  // this class's count, not an override's
-  QXSymMatrix& target = static_cast<QXSymMatrix&>(inverse);
-  target = source;
-  const int r = factor(target);
-  if (r < 0) return r;
-  double det[2] = {0.0, 0.0};
-  target.LTDetInverse(det, 10);
-  target.LTLTransL();
-  return n - r;
 }
 
 }  // namespace
@@ -526,13 +509,13 @@ bool QXSymMatrix::LTInverse() {
 
 int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol,
                              IQXSymMatrix& inverse) const {
-  return FactorAndInvert(*this, inverse,
-                         [&](QXSymMatrix& target) { return target.LTChol(diag, tol, false); });
+  return internal::FactorAndInvert(
+      *this, 0, inverse, [&](QXSymMatrix& target) { return target.LTChol(diag, tol, false); });
 }
 
 int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol, IQXSymMatrix& inverse,
                              QXBitSet& nonRedundant) const {
-  return FactorAndInvert(*this, inverse, [&](QXSymMatrix& target) {
+  return internal::FactorAndInvert(*this, 0, inverse, [&](QXSymMatrix& target) {
     return target.LTChol(diag, tol, nonRedundant, false);
   });
 }
@@ -540,7 +523,7 @@ int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol, IQXSym
 int QXSymMatrix::CholInverse(const std::vector<double>& diag, double tol, IQXSymMatrix& inverse,
                              double& minPivot) const {
   minPivot = QXMV::Missing();
-  return FactorAndInvert(*this, inverse, [&](QXSymMatrix& target) {
+  return internal::FactorAndInvert(*this, 0, inverse, [&](QXSymMatrix& target) {
     const int r = target.LTChol(diag, tol, false);
     if (r >= 0 && target.nRows > 0) minPivot = SmallestDiagonal(target.data, target.nRows);
     return r;

@@ -80,6 +80,22 @@ inline void SetFlops(benchmark::State& state, double flopsPerIteration) {
       benchmark::Counter(flopsPerIteration, benchmark::Counter::kIsIterationInvariantRate);
 }
 
+#if defined(QX_HAVE_LAPACK)
+// The LAPACK Cholesky factor (dpotrf) of the full column-major square of
+// order n, and with `invert` the inverse from it (dpotri), on a fresh copy
+// in each iteration.
+inline void LapackCholesky(benchmark::State& state, const std::vector<double>& full, int n,
+                           bool invert) {
+  int info = 0;
+  for (auto _ : state) {
+    std::vector<double> a = full;
+    dpotrf_("L", &n, a.data(), &n, &info);
+    if (invert) dpotri_("L", &n, a.data(), &n, &info);
+    benchmark::DoNotOptimize(a.data());
+  }
+}
+#endif
+
 }  // namespace internal
 }  // namespace QXMath_850
 
