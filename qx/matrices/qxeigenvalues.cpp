@@ -55,60 +55,6 @@ bool LowerSymLowerT(const QXSymMatrix& m, const QXSymMatrix& s, QXSymMatrix& out
   return true;
 }
 
-// p = S u over the leading m rows of a packed store, each p_j the row dot
-// over the columns in order, as ComputeSV forms it. Instead of walking down
-// the columns, each row is read once (EISPACK's TRED3 does the same): its
-// elements left of the diagonal feed both the row's own dot and, as column
-// terms, the dots of the rows above, which receive them in row order. Rows
-// go four at a time so that their dots run side by side; every sum keeps
-// its order, so the bits are those of the row dots.
-void LeadingProduct(const double* a, int m, const double* u, double* p) {
-  int j = 0;
-  for (; j + 4 <= m; j += 4) {
-    const double* r0 = a + RowStart(j);
-    const double* r1 = r0 + j + 1;
-    const double* r2 = r1 + j + 2;
-    const double* r3 = r2 + j + 3;
-    const double u0 = u[j], u1 = u[j + 1], u2 = u[j + 2], u3 = u[j + 3];
-    double g0 = 0.0, g1 = 0.0, g2 = 0.0, g3 = 0.0;
-    for (int k = 0; k < j; ++k) {
-      const double uk = u[k];
-      g0 = g0 + r0[k] * uk;
-      g1 = g1 + r1[k] * uk;
-      g2 = g2 + r2[k] * uk;
-      g3 = g3 + r3[k] * uk;
-      p[k] = p[k] + r0[k] * u0 + r1[k] * u1 + r2[k] * u2 + r3[k] * u3;
-    }
-    // The corner of the four rows, in the order of a row at a time.
-    p[j] = g0 + r0[j] * u0;
-    g1 = g1 + r1[j] * u[j];
-    p[j] = p[j] + r1[j] * u1;
-    p[j + 1] = g1 + r1[j + 1] * u1;
-    g2 = g2 + r2[j] * u[j];
-    p[j] = p[j] + r2[j] * u2;
-    g2 = g2 + r2[j + 1] * u[j + 1];
-    p[j + 1] = p[j + 1] + r2[j + 1] * u2;
-    p[j + 2] = g2 + r2[j + 2] * u2;
-    g3 = g3 + r3[j] * u[j];
-    p[j] = p[j] + r3[j] * u3;
-    g3 = g3 + r3[j + 1] * u[j + 1];
-    p[j + 1] = p[j + 1] + r3[j + 1] * u3;
-    g3 = g3 + r3[j + 2] * u[j + 2];
-    p[j + 2] = p[j + 2] + r3[j + 2] * u3;
-    p[j + 3] = g3 + r3[j + 3] * u3;
-  }
-  for (; j < m; ++j) {
-    const double* r = a + RowStart(j);
-    const double uj = u[j];
-    double g = 0.0;
-    for (int k = 0; k < j; ++k) {
-      g = g + r[k] * u[k];
-      p[k] = p[k] + r[k] * uj;
-    }
-    p[j] = g + r[j] * uj;
-  }
-}
-
 // Row j of the leading triangle gets -u_j p and then -p_j u, element by
 // element as the two Daxpy calls would (each skipped when its factor is
 // 0.0), in one pass over the row.
@@ -263,7 +209,7 @@ void QXEigenValues::Tred3() {
 
     // p = S u / h on the leading rows, then p -= (u.p / 2h) u.
     const double hInv = 1.0 / h;
-    LeadingProduct(a.data(), i, u.data(), p.data());
+    internal::SymmetricTimesVector(a.data(), i, u.data(), p.data());
     for (int j = 0; j < i; ++j)
       p[j] = p[j] * hInv;
     const double c = Blas1::DDot(i, u.data(), 1, p.data(), 1);

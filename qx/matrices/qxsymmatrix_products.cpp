@@ -71,66 +71,6 @@ class GrowingWalk {
   long step;
 };
 
-// t[i] = sum over j, in order, of v[j] * a_ij along the full symmetric row i,
-// for every i in one pass over the store: row r gives t[r] the terms of its
-// stored part and, as an axpy, gives every earlier t[j] its term of column r.
-// Four rows go together, so that their four sums hide one another's latency
-// and the earlier t[j] are loaded once for the four; each t[j] still takes
-// its terms in column order.
-void SymmetricTimesVector(const double* a, int n, const double* v, double* t) {
-  int r = 0;
-  for (; r + 3 < n; r += 4) {
-    const double* __restrict__ r0 = a + RowStart(r);
-    const double* __restrict__ r1 = r0 + r + 1;
-    const double* __restrict__ r2 = r1 + r + 2;
-    const double* __restrict__ r3 = r2 + r + 3;
-    double s0 = 0.0, s1 = 0.0, s2 = 0.0, s3 = 0.0;
-    for (int j = 0; j < r; ++j) {
-      const double vj = v[j];
-      s0 = s0 + vj * r0[j];
-      s1 = s1 + vj * r1[j];
-      s2 = s2 + vj * r2[j];
-      s3 = s3 + vj * r3[j];
-    }
-    const double v0 = v[r], v1 = v[r + 1], v2 = v[r + 2], v3 = v[r + 3];
-    s0 = s0 + v0 * r0[r];
-    s0 = s0 + v1 * r1[r];
-    s0 = s0 + v2 * r2[r];
-    s0 = s0 + v3 * r3[r];
-    s1 = s1 + v0 * r1[r];
-    s1 = s1 + v1 * r1[r + 1];
-    s1 = s1 + v2 * r2[r + 1];
-    s1 = s1 + v3 * r3[r + 1];
-    s2 = s2 + v0 * r2[r];
-    s2 = s2 + v1 * r2[r + 1];
-    s2 = s2 + v2 * r2[r + 2];
-    s2 = s2 + v3 * r3[r + 2];
-    s3 = s3 + v0 * r3[r];
-    s3 = s3 + v1 * r3[r + 1];
-    s3 = s3 + v2 * r3[r + 2];
-    s3 = s3 + v3 * r3[r + 3];
-    double* __restrict__ tt = t;
-    for (int j = 0; j < r; ++j)
-      tt[j] = (((tt[j] + v0 * r0[j]) + v1 * r1[j]) + v2 * r2[j]) + v3 * r3[j];
-    t[r] = s0;
-    t[r + 1] = s1;
-    t[r + 2] = s2;
-    t[r + 3] = s3;
-  }
-  for (; r < n; ++r) {
-    const double* __restrict__ row = a + RowStart(r);
-    double s = 0.0;
-    for (int j = 0; j < r; ++j)
-      s = s + v[j] * row[j];
-    s = s + v[r] * row[r];
-    const double vr = v[r];
-    double* __restrict__ tt = t;
-    for (int j = 0; j < r; ++j)
-      tt[j] = tt[j] + vr * row[j];
-    t[r] = s;
-  }
-}
-
 // out[i] = the dot of row i of L up to its diagonal with v, added in order;
 // four rows share the loads of v.
 void LowerTimesVector(const double* a, int n, const double* v, double* out) {
@@ -302,7 +242,8 @@ double QXSymMatrix::ComputeRVD(int row, const int* index, const double* v, int c
 double QXSymMatrix::ComputeVSW(const double* v, int vStride, const double* w, int wStride) const {
   if (nRows < 1) return 0.0;
   std::vector<double> vCopy, t(nRows);
-  SymmetricTimesVector(data.data(), nRows, Contiguous(v, nRows, vStride, vCopy), t.data());
+  internal::SymmetricTimesVector(data.data(), nRows, Contiguous(v, nRows, vStride, vCopy),
+                                 t.data());
   double sum = 0.0;
   for (int i = 0; i < nRows; ++i)
     sum = sum + t[i] * w[static_cast<long>(i) * wStride];
@@ -354,7 +295,8 @@ double QXSymMatrix::ComputeVSWParts(const std::vector<double>& v, int vCount,
 double QXSymMatrix::ComputeVSWii(const double* v, int vStride, const double* w, int wStep) const {
   if (nRows < 1) return 0.0;
   std::vector<double> vCopy, t(nRows);
-  SymmetricTimesVector(data.data(), nRows, Contiguous(v, nRows, vStride, vCopy), t.data());
+  internal::SymmetricTimesVector(data.data(), nRows, Contiguous(v, nRows, vStride, vCopy),
+                                 t.data());
   GrowingWalk wWalk(w, 0, wStep, 0);
   double sum = 0.0;
   for (int i = 0; i < nRows; ++i)
@@ -454,7 +396,7 @@ bool QXSymMatrix::ComputeSV(int firstRow, const std::vector<double>& v,
                             std::vector<double>& out) const {
   if (static_cast<int>(v.size()) != nRows || firstRow < 0 || firstRow > nRows) return false;
   std::vector<double> result(nRows);
-  SymmetricTimesVector(data.data(), nRows, v.data(), result.data());
+  internal::SymmetricTimesVector(data.data(), nRows, v.data(), result.data());
   for (int i = 0; i < firstRow; ++i)
     result[i] = 0.0;
   out.swap(result);
@@ -734,7 +676,7 @@ bool QXSymMatrix::ComputeRSRTrans(const IQXRectMatrix& r, IQXSymMatrix& out) con
   if (!internal::PrepareSymOut(target, m, false)) return false;
   std::vector<double> t(nRows);
   for (int k = 0; k < m; ++k) {
-    SymmetricTimesVector(data.data(), nRows, dense.GetRowPtr(k), t.data());
+    internal::SymmetricTimesVector(data.data(), nRows, dense.GetRowPtr(k), t.data());
     DotsWithRows(t, dense, k, target.data.data() + RowStart(k));
   }
   if (&out == this) static_cast<QXSymMatrix&>(out) = temp;
@@ -1008,8 +950,10 @@ bool QXSymMatrix::ComputeRSRTrans2(const QXRectMatrix& a, const QXRectMatrix& b,
   double* bb = const_cast<double*>(b.AsVectorConst().data());
   std::vector<double> column, t1(nRows), t2(nRows);
   for (int c = 0; c < cols; ++c) {
-    SymmetricTimesVector(data.data(), nRows, Contiguous(ab + c, nRows, cols, column), t1.data());
-    SymmetricTimesVector(data.data(), nRows, Contiguous(bb + c, nRows, cols, column), t2.data());
+    internal::SymmetricTimesVector(data.data(), nRows, Contiguous(ab + c, nRows, cols, column),
+                                   t1.data());
+    internal::SymmetricTimesVector(data.data(), nRows, Contiguous(bb + c, nRows, cols, column),
+                                   t2.data());
     double* row = target.data.data() + RowStart(c);
     for (int j = 0; j <= c; ++j) {
       row[j] = Blas1::DDot(nRows, t1.data(), 1, bb + j, cols) +

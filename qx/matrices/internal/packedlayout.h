@@ -116,6 +116,67 @@ inline void AddWeightedRankOne(double* a, int n, const double* d, double c) {
   }
 }
 
+// t[i] = sum over j, in order, of v[j] * a_ij along the full symmetric row i
+// of the packed store a of order n (for a leading block, n its order), for
+// every i in one pass over the store: row r gives t[r] the terms of its
+// stored part and, as an axpy, gives every earlier t[j] its term of column r.
+// Four rows go together, so that their four sums hide one another's latency
+// and the earlier t[j] are loaded once for the four; each t[j] still takes
+// its terms in column order.
+inline void SymmetricTimesVector(const double* a, int n, const double* v, double* t) {
+  int r = 0;
+  for (; r + 3 < n; r += 4) {
+    const double* __restrict__ r0 = a + RowStart(r);
+    const double* __restrict__ r1 = r0 + r + 1;
+    const double* __restrict__ r2 = r1 + r + 2;
+    const double* __restrict__ r3 = r2 + r + 3;
+    double s0 = 0.0, s1 = 0.0, s2 = 0.0, s3 = 0.0;
+    for (int j = 0; j < r; ++j) {
+      const double vj = v[j];
+      s0 = s0 + vj * r0[j];
+      s1 = s1 + vj * r1[j];
+      s2 = s2 + vj * r2[j];
+      s3 = s3 + vj * r3[j];
+    }
+    const double v0 = v[r], v1 = v[r + 1], v2 = v[r + 2], v3 = v[r + 3];
+    s0 = s0 + v0 * r0[r];
+    s0 = s0 + v1 * r1[r];
+    s0 = s0 + v2 * r2[r];
+    s0 = s0 + v3 * r3[r];
+    s1 = s1 + v0 * r1[r];
+    s1 = s1 + v1 * r1[r + 1];
+    s1 = s1 + v2 * r2[r + 1];
+    s1 = s1 + v3 * r3[r + 1];
+    s2 = s2 + v0 * r2[r];
+    s2 = s2 + v1 * r2[r + 1];
+    s2 = s2 + v2 * r2[r + 2];
+    s2 = s2 + v3 * r3[r + 2];
+    s3 = s3 + v0 * r3[r];
+    s3 = s3 + v1 * r3[r + 1];
+    s3 = s3 + v2 * r3[r + 2];
+    s3 = s3 + v3 * r3[r + 3];
+    double* __restrict__ tt = t;
+    for (int j = 0; j < r; ++j)
+      tt[j] = (((tt[j] + v0 * r0[j]) + v1 * r1[j]) + v2 * r2[j]) + v3 * r3[j];
+    t[r] = s0;
+    t[r + 1] = s1;
+    t[r + 2] = s2;
+    t[r + 3] = s3;
+  }
+  for (; r < n; ++r) {
+    const double* __restrict__ row = a + RowStart(r);
+    double s = 0.0;
+    for (int j = 0; j < r; ++j)
+      s = s + v[j] * row[j];
+    s = s + v[r] * row[r];
+    const double vr = v[r];
+    double* __restrict__ tt = t;
+    for (int j = 0; j < r; ++j)
+      tt[j] = tt[j] + vr * row[j];
+    t[r] = s;
+  }
+}
+
 }  // namespace internal
 }  // namespace QXMath_850
 
