@@ -3,7 +3,8 @@
 
 // Data and baselines shared by the matrix benchmark programs (never
 // installed): well-conditioned random matrices, their full column-major
-// copies for BLAS and LAPACK, and the reference routines' declarations.
+// copies for BLAS and LAPACK, and the LAPACK Cholesky loop. The reference
+// routines are declared in lapackbaseline.h.
 
 #include <benchmark/benchmark.h>
 
@@ -11,28 +12,8 @@
 #include <random>
 #include <vector>
 
+#include "qx/matrices/internal/lapackbaseline.h"
 #include "qx/matrices/qxsymmatrix.h"
-
-#if defined(QX_HAVE_LAPACK)
-extern "C" {
-void dpotrf_(const char* uplo, const int* n, double* a, const int* lda, int* info);
-void dpotri_(const char* uplo, const int* n, double* a, const int* lda, int* info);
-void dsyrk_(const char* uplo, const char* trans, const int* n, const int* k, const double* alpha,
-            const double* a, const int* lda, const double* beta, double* c, const int* ldc);
-void dsymv_(const char* uplo, const int* n, const double* alpha, const double* a, const int* lda,
-            const double* x, const int* incx, const double* beta, double* y, const int* incy);
-void dsymm_(const char* side, const char* uplo, const int* m, const int* n, const double* alpha,
-            const double* a, const int* lda, const double* b, const int* ldb, const double* beta,
-            double* c, const int* ldc);
-void dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
-            const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
-            const double* beta, double* c, const int* ldc);
-void dtrmm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
-            const int* n, const double* alpha, const double* a, const int* lda, double* b,
-            const int* ldb);
-double ddot_(const int* n, const double* x, const int* incx, const double* y, const int* incy);
-}
-#endif
 
 namespace QXMath_850 {
 namespace internal {

@@ -1,10 +1,10 @@
 #ifndef QX_MATRICES_INTERNAL_LAPACKBASELINE_H
 #define QX_MATRICES_INTERNAL_LAPACKBASELINE_H
 
-// The LAPACK routines that the matrix benchmarks and tests measure the
-// library against where LAPACK was found at configure time (QX_HAVE_LAPACK),
-// and the random data they share. Never installed; the library itself never
-// calls LAPACK.
+// The LAPACK and BLAS routines that the matrix benchmarks and tests measure
+// the library against where LAPACK was found at configure time
+// (QX_HAVE_LAPACK), and the random data they share. Never installed; the
+// library itself never calls LAPACK.
 
 #include <cstddef>
 #include <random>
@@ -23,6 +23,21 @@ void dgesvd_(const char* jobu, const char* jobvt, const int* m, const int* n, do
              double* work, const int* lwork, int* info);
 void dsyev_(const char* jobz, const char* uplo, const int* n, double* a, const int* lda, double* w,
             double* work, const int* lwork, int* info);
+void dpotri_(const char* uplo, const int* n, double* a, const int* lda, int* info);
+void dsyrk_(const char* uplo, const char* trans, const int* n, const int* k, const double* alpha,
+            const double* a, const int* lda, const double* beta, double* c, const int* ldc);
+void dsymv_(const char* uplo, const int* n, const double* alpha, const double* a, const int* lda,
+            const double* x, const int* incx, const double* beta, double* y, const int* incy);
+void dsymm_(const char* side, const char* uplo, const int* m, const int* n, const double* alpha,
+            const double* a, const int* lda, const double* b, const int* ldb, const double* beta,
+            double* c, const int* ldc);
+void dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
+            const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
+            const double* beta, double* c, const int* ldc);
+void dtrmm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
+            const int* n, const double* alpha, const double* a, const int* lda, double* b,
+            const int* ldb);
+double ddot_(const int* n, const double* x, const int* incx, const double* y, const int* incy);
 }
 #endif
 
