@@ -5,6 +5,8 @@
 #include <locale>
 #include <sstream>
 
+#include "qx/foundation/internal/numbertext.h"
+
 namespace QXXML_850 {
 
 std::string GetDefaultNumericFormat() {
@@ -22,11 +24,8 @@ std::string GetDecimalCharacter() {
 }
 
 std::string ReplaceSep(double value, char* /*format*/) {
-  std::ostringstream out;
-  out.imbue(std::locale::classic());
-  out.precision(15);
-  out << value;
-  return out.str();
+  char buffer[internal::kNumberTextSize];
+  return std::string(buffer, internal::NumberText15(value, buffer));
 }
 
 std::string ReplaceSep(double value) {

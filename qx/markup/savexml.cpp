@@ -1,8 +1,9 @@
 #include "qx/markup/savexml.h"
 
 #include "qx/foundation/internal/doublebits.h"
-#include "qx/foundation/localeutil.h"
+#include "qx/foundation/internal/numbertext.h"
 #include "qx/markup/internal/savexmltags.h"
+#include "qx/markup/internal/xmloutput.h"
 #include "qx/markup/xmlattribute.h"
 #include "qx/markup/xmldoctype.h"
 #include "qx/markup/xmlutil.h"
@@ -21,22 +22,53 @@ std::string AttributeText(const std::string& name, const std::string& value) {
   return text;
 }
 
-// A field's line: line feed, tabs, <Element attribute="..."/>.
-int WriteField(std::ostream& os, int depth, const std::string& element,
-               const std::string& attribute, const std::string& value) {
-  std::string line = XMLUtil::ROWSEP;
-  line += XMLUtil::GetTabs(depth);
+// Each line is put together in this per-thread buffer and handed to the
+// stream in one write, so a field costs no allocation once the buffer has
+// grown to the longest line.
+std::string& LineBuffer(int depth) {
+  thread_local std::string line;
+  line.assign(XMLUtil::ROWSEP);
+  if (depth > 0) line.append(static_cast<std::size_t>(depth), '\t');
+  return line;
+}
+
+int WriteLine(std::ostream& os, const std::string& line) {
+  os.write(line.data(), static_cast<std::streamsize>(line.size()));
+  return 0;
+}
+
+// The start of a field's line: line feed, tabs, <Element attribute="
+std::string& FieldStart(int depth, const std::string& element, const std::string& attribute) {
+  std::string& line = LineBuffer(depth);
   line += XMLUtil::BEGIN_ELEMENT;
   line += element;
   line += XMLUtil::SPACE;
-  line += AttributeText(attribute, value);
-  line += XMLUtil::BEGIN_END_ELEMENT;
-  line += XMLUtil::END_ELEMENT;
-  return Write(os, line);
+  line += attribute;
+  line += "=\"";
+  return line;
 }
 
-std::string NumberText(double value) {
-  return Format(value, false, nullptr);
+int FieldEnd(std::ostream& os, std::string& line) {
+  line += "\"/>";
+  return WriteLine(os, line);
+}
+
+// A field with a string value, escaped as an attribute value.
+int WriteField(std::ostream& os, int depth, const std::string& element,
+               const std::string& attribute, const std::string& value) {
+  std::string& line = FieldStart(depth, element, attribute);
+  internal::AppendEscapedValue(line, value);
+  return FieldEnd(os, line);
+}
+
+// A field with a number: "%.15g" in the classic locale, whose text never
+// needs escaping.
+int WriteNumber(std::ostream& os, int depth, const std::string& element,
+                const std::string& attribute, double value) {
+  std::string& line = FieldStart(depth, element, attribute);
+  char text[internal::kNumberTextSize];
+  line.append(text, internal::NumberText15(value, text));
+  return FieldEnd(os, line);
 }
 
 }  // namespace
@@ -55,8 +87,7 @@ int XMLObj::GetNTabs() const {
 }
 
 int XMLObj::StartObj(std::ostream& os) const {
-  std::string line = XMLUtil::ROWSEP;
-  line += XMLUtil::GetTabs(nTabs);
+  std::string& line = LineBuffer(nTabs);
   line += XMLUtil::BEGIN_ELEMENT;
   line += Tags::XML_ELE_OBJ;
   line += XMLUtil::SPACE;
@@ -66,42 +97,43 @@ int XMLObj::StartObj(std::ostream& os) const {
   line += name;
   line += XMLUtil::QUOTE;
   line += XMLUtil::END_ELEMENT;
-  return Write(os, line);
+  return WriteLine(os, line);
 }
 
 int XMLObj::EndObj(std::ostream& os) const {
-  std::string line = XMLUtil::ROWSEP;
-  line += XMLUtil::GetTabs(nTabs);
+  std::string& line = LineBuffer(nTabs);
   line += XMLUtil::BEGIN_ELEMENT;
   line += XMLUtil::BEGIN_END_ELEMENT;
   line += Tags::XML_ELE_OBJ;
   line += XMLUtil::END_ELEMENT;
-  return Write(os, line);
+  return WriteLine(os, line);
 }
 
 int XMLObj::WriteSubElement(std::ostream& os, double value) const {
-  const std::string text = value == MV::gMissingValue ? Tags::XML_VAL_MISSING : NumberText(value);
-  return WriteField(os, nTabs + 1, Tags::XML_ELE_DOUBLE, Tags::XML_ATT_DOUBLE, text);
+  if (value == MV::gMissingValue) {
+    return WriteField(os, nTabs + 1, Tags::XML_ELE_DOUBLE, Tags::XML_ATT_DOUBLE,
+                      Tags::XML_VAL_MISSING);
+  }
+  return WriteNumber(os, nTabs + 1, Tags::XML_ELE_DOUBLE, Tags::XML_ATT_DOUBLE, value);
 }
 
 int XMLObj::WriteSubElement(std::ostream& os, int value) const {
-  return WriteField(os, nTabs + 1, Tags::XML_ELE_INT, Tags::XML_ATT_INT,
-                    NumberText(static_cast<double>(value)));
+  return WriteNumber(os, nTabs + 1, Tags::XML_ELE_INT, Tags::XML_ATT_INT,
+                     static_cast<double>(value));
 }
 
 int XMLObj::WriteSubElement(std::ostream& os, unsigned int value) const {
-  return WriteField(os, nTabs + 1, Tags::XML_ELE_INT, Tags::XML_ATT_INT,
-                    NumberText(static_cast<double>(value)));
+  return WriteNumber(os, nTabs + 1, Tags::XML_ELE_INT, Tags::XML_ATT_INT,
+                     static_cast<double>(value));
 }
 
 int XMLObj::WriteSubElement(std::ostream& os, bool value) const {
-  return WriteField(os, nTabs + 1, Tags::XML_ELE_INT, Tags::XML_ATT_INT,
-                    NumberText(value ? 1.0 : 0.0));
+  return WriteNumber(os, nTabs + 1, Tags::XML_ELE_INT, Tags::XML_ATT_INT, value ? 1.0 : 0.0);
 }
 
 int XMLObj::WriteSubElement(std::ostream& os, long value) const {
-  return WriteField(os, nTabs + 1, Tags::XML_ELE_LONG, Tags::XML_ATT_LONG,
-                    NumberText(static_cast<double>(value)));
+  return WriteNumber(os, nTabs + 1, Tags::XML_ELE_LONG, Tags::XML_ATT_LONG,
+                     static_cast<double>(value));
 }
 
 int XMLObj::WriteSubElement(std::ostream& os, const std::string& value) const {

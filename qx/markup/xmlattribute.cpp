@@ -2,6 +2,7 @@
 
 #include "qx/foundation/localeutil.h"
 #include "qx/markup/internal/streamastext.h"
+#include "qx/markup/internal/xmloutput.h"
 #include "qx/markup/xmlutil.h"
 
 namespace QXXML_850 {
@@ -26,7 +27,7 @@ int XMLAttribute::ToString(std::string& out, ExportFormat& /*format*/) const {
   out += name;
   out += XMLUtil::EQUAL;
   out += XMLUtil::QUOTE;
-  out += XMLUtil::Escape(value);
+  internal::AppendEscapedValue(out, value);
   out += XMLUtil::QUOTE;
   return 0;
 }

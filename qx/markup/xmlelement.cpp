@@ -1,81 +1,110 @@
 #include "qx/markup/xmlelement.h"
 
 #include <cmath>
+#include <typeinfo>
 
+#include "qx/markup/internal/xmloutput.h"
 #include "qx/markup/xmlutil.h"
 
 namespace QXXML_850 {
 
-namespace {
-
-// Receives the pieces of an element's text: appended to a string, or written
-// to a stream as they come, optionally converted to UTF-8.
-class StringSink {
+// Writes a tree into an XMLOutput in one descent. Elements, attributes and
+// text nodes of the library's own classes are written here directly; a node
+// of any other class (one derived by a caller) is asked for its own text
+// through its ToString or ToStream, so it keeps its say over what it writes.
+class XMLTreeWriter {
  public:
-  explicit StringSink(std::string& text) : out(text) {}
-  void Put(const std::string& piece) { out += piece; }
-  void Put(const char* piece) { out += piece; }
-  void Child(const XMLInterface& node, ExportFormat& format) { node.ToString(out, format); }
+  XMLTreeWriter(internal::XMLOutput& output, ExportFormat& exportFormat, int& depth)
+      : out(output), format(exportFormat), tabCount(depth) {}
+
+  void Element(const XMLElement& element) {
+    if (format.IsNewParagraph()) out.Piece(XMLUtil::ROWSEP, 1);
+    if (format.HasIndentation()) Tabs(tabCount);
+    out.Piece(XMLUtil::BEGIN_ELEMENT, 1);
+    out.Piece(element.name);
+    if (!element.attributes.empty()) {
+      ++tabCount;
+      for (const XMLAttribute* attribute : element.attributes) {
+        if (attribute == nullptr) continue;
+        out.Piece(XMLUtil::SPACE, 1);
+        if (format.HasIndentation()) Tabs(tabCount);
+        if (typeid(*attribute) == typeid(XMLAttribute)) {
+          Attribute(*attribute);
+        } else {
+          Other(*attribute);
+        }
+      }
+      --tabCount;
+    }
+    if (!element.children.empty()) {
+      out.Piece(XMLUtil::END_ELEMENT, 1);
+      ++tabCount;
+      for (const XMLInterface* child : element.children) {
+        if (child == nullptr) continue;
+        const std::type_info& type = typeid(*child);
+        if (type == typeid(XMLElement)) {
+          Element(static_cast<const XMLElement&>(*child));
+        } else if (type == typeid(XMLString)) {
+          Text(static_cast<const XMLString&>(*child));
+        } else {
+          Other(*child);
+        }
+        out.FlushIfFull();
+      }
+      --tabCount;
+      if (format.IsNewParagraph()) {
+        out.Piece(XMLUtil::ROWSEP, 1);
+        if (format.HasIndentation()) Tabs(tabCount);
+      }
+      out.Piece("</", 2);
+      out.Piece(element.name);
+      out.Piece(XMLUtil::END_ELEMENT, 1);
+    } else {
+      out.Piece("/>", 2);
+    }
+    format.SetIsNewParagraph(true);
+  }
 
  private:
-  std::string& out;
-};
-
-class StreamSink {
- public:
-  StreamSink(std::ostream& stream, bool toUtf8) : os(stream), utf8(toUtf8) {}
-  void Put(const std::string& piece) { utf8 ? WriteUTF(os, piece) : Write(os, piece); }
-  void Put(const char* piece) { Put(std::string(piece)); }
-  void Child(const XMLInterface& node, ExportFormat& format) { node.ToStream(os, format, utf8); }
-
- private:
-  std::ostream& os;
-  bool utf8;
-};
-
-}  // namespace
-
-// Both ToString and ToStream run this, so the two give the same characters.
-template <class Sink>
-static void WriteElement(Sink& sink, const std::string& name,
-                         const std::vector<XMLAttribute*>& attributes,
-                         const std::vector<XMLInterface*>& children, ExportFormat& format,
-                         int& tabCount) {
-  if (format.IsNewParagraph()) sink.Put(XMLUtil::ROWSEP);
-  if (format.HasIndentation()) sink.Put(XMLUtil::GetTabs(tabCount));
-  sink.Put(XMLUtil::BEGIN_ELEMENT);
-  sink.Put(name);
-  if (!attributes.empty()) {
-    ++tabCount;
-    for (const XMLAttribute* attribute : attributes) {
-      if (attribute == nullptr) continue;
-      sink.Put(XMLUtil::SPACE);
-      if (format.HasIndentation()) sink.Put(XMLUtil::GetTabs(tabCount));
-      sink.Child(*attribute, format);
+  void Tabs(int n) {
+    if (n > 0) {
+      const std::size_t start = out.Mark();
+      out.Text().append(static_cast<std::size_t>(n), '\t');
+      out.EndPiece(start);
     }
-    --tabCount;
   }
-  if (!children.empty()) {
-    sink.Put(XMLUtil::END_ELEMENT);
-    ++tabCount;
-    for (const XMLInterface* child : children) {
-      if (child != nullptr) sink.Child(*child, format);
-    }
-    --tabCount;
-    if (format.IsNewParagraph()) {
-      sink.Put(XMLUtil::ROWSEP);
-      if (format.HasIndentation()) sink.Put(XMLUtil::GetTabs(tabCount));
-    }
-    sink.Put(XMLUtil::BEGIN_ELEMENT);
-    sink.Put(XMLUtil::BEGIN_END_ELEMENT);
-    sink.Put(name);
-    sink.Put(XMLUtil::END_ELEMENT);
-  } else {
-    sink.Put(XMLUtil::BEGIN_END_ELEMENT);
-    sink.Put(XMLUtil::END_ELEMENT);
+
+  // name="escaped value", one piece as XMLAttribute::ToString makes it.
+  void Attribute(const XMLAttribute& attribute) {
+    const std::size_t start = out.Mark();
+    std::string& text = out.Text();
+    text += attribute.GetName();
+    text += "=\"";
+    internal::AppendEscapedValue(text, attribute.GetValue());
+    text += '"';
+    out.EndPiece(start);
   }
-  format.SetIsNewParagraph(true);
-}
+
+  void Text(const XMLString& node) {
+    const std::size_t start = out.Mark();
+    internal::AppendEscapedText(out.Text(), node.GetValue());
+    out.EndPiece(start);
+    format.SetIsNewParagraph(false);
+  }
+
+  void Other(const XMLInterface& node) {
+    if (out.Stream() == nullptr) {
+      node.ToString(out.Text(), format);
+    } else {
+      out.Flush();
+      node.ToStream(*out.Stream(), format, out.Utf8());
+    }
+  }
+
+  internal::XMLOutput& out;
+  ExportFormat& format;
+  int& tabCount;
+};
 
 XMLElement::XMLElement(const std::string& elementName) : name(elementName) {}
 
@@ -91,16 +120,16 @@ XMLElement* XMLElement::Create(const std::string& name) {
 }
 
 int XMLElement::ToString(std::string& out, ExportFormat& format) const {
-  std::string text;
-  StringSink sink(text);
-  WriteElement(sink, name, attributes, children, format, format.tabCount);
-  out += text;
+  internal::XMLOutput output(out);
+  XMLTreeWriter(output, format, format.tabCount).Element(*this);
   return 0;
 }
 
+// The whole subtree goes through one buffer, handed to the stream a block at
+// a time: memory stays bounded by the block, not by the document.
 int XMLElement::ToStream(std::ostream& os, ExportFormat& format, bool utf8) const {
-  StreamSink sink(os, utf8);
-  WriteElement(sink, name, attributes, children, format, format.tabCount);
+  internal::XMLOutput output(os, utf8);
+  XMLTreeWriter(output, format, format.tabCount).Element(*this);
   return 0;
 }
 

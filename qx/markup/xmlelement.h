@@ -46,6 +46,8 @@ class QXCOMMON_API XMLElement : public XMLInterface {
   const std::string& GetName() const;
 
  private:
+  friend class XMLTreeWriter;  // writes a whole tree in one descent
+
   std::vector<XMLAttribute*> attributes;
   std::string name;
   std::vector<XMLInterface*> children;

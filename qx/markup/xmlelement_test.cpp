@@ -3,10 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cmath>
 #include <limits>
 #include <memory>
+#include <random>
 #include <sstream>
 #include <string>
+#include <vector>
+
+#include "qx/foundation/internal/testlocale.h"
+#include "qx/foundation/mbtoutf8_unix.h"
+#include "qx/markup/internal/writerreference.h"
 
 namespace QXXML_850 {
 namespace {
@@ -127,6 +134,173 @@ TEST(XMLElementTest, NumericAttributesAndClones) {
   e->AddAttribute("later", "x");  // nothing is shared with the copy
   e.reset();
   EXPECT_EQ(Tree(nullptr, *copy, true), expected);
+}
+
+// A text node of a caller's own class: the writer must ask it for its text.
+class Comment : public XMLString {
+ public:
+  using XMLString::XMLString;
+  int ToString(std::string& out, ExportFormat&) const override {
+    out += "<!--" + GetValue() + "-->";
+    return 0;
+  }
+};
+
+// A random tree described on the test's side, from which both the library's
+// tree and the text the writing rules give are built.
+struct Node {
+  enum Kind { kElement, kText, kComment } kind = kElement;
+  std::string text;  // the name of an element, the value of the others
+  std::vector<std::pair<std::string, std::string>> attributes;  // values as text
+  std::vector<Node> children;
+};
+
+Node RandomNode(std::mt19937& random, int depth, XMLElement*& built) {
+  static const char* const names[] = {"a", "Row", "x:y", "caf\xC3\xA9", "\xFF"};
+  Node node;
+  node.text = names[random() % 5];
+  built = XMLElement::Create(node.text);
+  for (int n = static_cast<int>(random() % 4); n > 0; --n) {
+    const std::string name = names[random() % 5];
+    if (random() % 2 == 0) {
+      node.attributes.emplace_back(name, internal::RandomMarkupText(random, 12));
+      built->AddAttribute(name, node.attributes.back().second);
+    } else {
+      const double value = internal::RandomNumber(random);
+      const bool fixed = random() % 4 == 0 && std::fabs(value) < 1e20;
+      if (fixed) {
+        built->AddAttribute(name, value, true);
+      } else {
+        built->AddAttribute(name, value);
+      }
+      if (std::isfinite(value)) {
+        node.attributes.emplace_back(name, internal::ReferenceNumber(value, fixed));
+      }
+    }
+  }
+  const int children = depth > 3 ? 0 : depth == 0 ? 60 + static_cast<int>(random() % 60) : static_cast<int>(random() % 7);
+  for (int i = 0; i < children; ++i) {
+    const unsigned kind = random() % 8;
+    if (kind < 5) {
+      XMLElement* child = nullptr;
+      node.children.push_back(RandomNode(random, depth + 1, child));
+      built->AddElement(child);
+    } else {
+      Node leaf;
+      leaf.kind = kind == 7 ? Node::kComment : Node::kText;
+      leaf.text = internal::RandomMarkupText(random, 8);
+      built->AddElement(kind == 7 ? new Comment(leaf.text) : XMLString::Create(leaf.text));
+      node.children.push_back(leaf);
+    }
+  }
+  return node;
+}
+
+// The writing rules step by step: each piece as it is made, converted on its
+// own to UTF-8 when asked.
+class ReferenceWriter {
+ public:
+  ReferenceWriter(bool formatted, bool indented, bool toUtf8, bool startOnNewLine)
+      : format(formatted),
+        indentation(formatted && indented),
+        utf8(toUtf8),
+        newParagraph(startOnNewLine) {}
+
+  void Element(const Node& node, int depth) {
+    if (format && newParagraph) Put("\n");
+    if (indentation) Put(std::string(depth, '\t'));
+    Put("<");
+    Put(node.text);
+    for (const auto& attribute : node.attributes) {
+      Put(" ");
+      if (indentation) Put(std::string(depth + 1, '\t'));
+      Put(attribute.first + "=\"" + internal::ReferenceEscape(attribute.second) + "\"");
+    }
+    if (!node.children.empty()) {
+      Put(">");
+      for (const Node& child : node.children) {
+        if (child.kind == Node::kElement) {
+          Element(child, depth + 1);
+        } else if (child.kind == Node::kText) {
+          Put(internal::ReferenceText(child.text));
+          newParagraph = false;
+        } else {
+          Put("<!--" + child.text + "-->");
+        }
+      }
+      if (format && newParagraph) {
+        Put("\n");
+        if (indentation) Put(std::string(depth, '\t'));
+      }
+      Put("</");
+      Put(node.text);
+      Put(">");
+    } else {
+      Put("/>");
+    }
+    newParagraph = true;
+  }
+
+  std::string text;
+
+ private:
+  // ASCII passes the converter unchanged (the test checks it), which spares
+  // most of its calls.
+  void Put(const std::string& piece) {
+    bool ascii = true;
+    for (char c : piece)
+      ascii = ascii && static_cast<unsigned char>(c) < 0x80;
+    text += utf8 && !ascii ? MbToUTF8(piece) : piece;
+  }
+
+  bool format, indentation, utf8, newParagraph;
+};
+
+// Random trees with every character that is escaped, numbers, text nodes,
+// a caller's own node class and documents larger than the writer's block:
+// to a string, to a stream and to a stream in UTF-8, in each layout, in the
+// classic locale and in one with a decimal comma.
+TEST(XMLElementTest, RandomTreesGiveTheTextOfTheWritingRules) {
+  for (int pass = 0; pass < 2; ++pass) {
+    std::string why;
+    if (pass == 1 && !QXCommon_850::internal::UseLocale("de_DE.UTF-8", "de_DE", "UTF-8",
+                                                        QX_TEST_BINARY_DIR "/test-locales", why)) {
+      GTEST_SKIP() << why;
+    }
+    std::string ascii(128, '\0');
+    for (int c = 1; c < 128; ++c)
+      ascii[c] = static_cast<char>(c);
+    ASSERT_EQ(MbToUTF8(ascii), ascii);
+    std::mt19937 random(pass);
+    for (int tree = 0; tree < 60; ++tree) {
+      XMLElement* built = nullptr;
+      const Node node = RandomNode(random, tree % 4 == 0 ? 0 : 2, built);
+      const std::unique_ptr<XMLElement> root(built);
+      for (int setting = 0; setting < 3; ++setting) {
+        SCOPED_TRACE("pass " + std::to_string(pass) + " tree " + std::to_string(tree) +
+                     " setting " + std::to_string(setting));
+        ExportFormat forString, forStream, forUTF8;
+        for (ExportFormat* f : {&forString, &forStream, &forUTF8}) {
+          f->SetFormat(setting != 0);
+          f->SetIndentation(setting == 2);
+          f->SetIsNewParagraph(tree % 2 == 0);
+        }
+        ReferenceWriter plain(setting != 0, setting == 2, false, tree % 2 == 0);
+        ReferenceWriter converted(setting != 0, setting == 2, true, tree % 2 == 0);
+        plain.Element(node, 0);
+        converted.Element(node, 0);
+        std::string viaString = "kept ";
+        root->ToString(viaString, forString);
+        std::ostringstream viaStream, viaUTF8;
+        root->ToStream(viaStream, forStream, false);
+        root->ToStream(viaUTF8, forUTF8, true);
+        EXPECT_EQ(viaString, "kept " + plain.text);
+        EXPECT_EQ(viaStream.str(), plain.text);
+        EXPECT_EQ(viaUTF8.str(), converted.text);
+      }
+    }
+  }
+  QXCommon_850::internal::UseClassicLocale();
 }
 
 }  // namespace

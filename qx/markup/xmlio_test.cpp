@@ -6,11 +6,13 @@
 #include <cmath>
 #include <cstdio>
 #include <fstream>
+#include <random>
 #include <sstream>
 #include <string>
 #include <thread>
 
 #include "qx/foundation/internal/testlocale.h"
+#include "qx/markup/internal/writerreference.h"
 #include "qx/markup/savexml.h"
 
 namespace QXXML_850 {
@@ -123,6 +125,75 @@ TEST_F(XMLIOTest, WrittenBytesAndWhatReadingThemBackLoses) {
   EXPECT_FALSE(ParseValue(in, s[4]));
   EXPECT_EQ(s[4], std::string(235, 'x'));
   EXPECT_FALSE(ParseEndObj(in));  // the stream has failed for good
+}
+
+// Random objects of every kind of field, with every character a string value
+// escapes and every kind of number, in the classic locale and one with a
+// decimal comma: the bytes are those the line rules give.
+TEST_F(XMLIOTest, RandomFieldsGiveTheBytesOfTheLineRules) {
+  for (int pass = 0; pass < 2; ++pass) {
+    std::string why;
+    if (pass == 1 && !QXCommon_850::internal::UseLocale("de_DE.UTF-8", "de_DE", "UTF-8",
+                                                        QX_TEST_BINARY_DIR "/test-locales", why)) {
+      GTEST_SKIP() << why;
+    }
+    std::mt19937 random(pass);
+    std::ostringstream out;
+    std::string expected;
+    const auto line = [&](int depth, const std::string& element, const std::string& value) {
+      expected += "\n" + std::string(depth, '\t') + "<" + element + " value=\"" + value + "\"/>";
+    };
+    for (int i = 0; i < 3000; ++i) {
+      const int depth = static_cast<int>(random() % 4);
+      const XMLObj obj(random() % 2 ? "QXContVar" : "A&B \xC3\xA9", depth);
+      const double x = internal::RandomNumber(random);
+      switch (random() % 8) {
+        case 0:
+          obj.StartObj(out);
+          expected += "\n" + std::string(depth, '\t') + "<Obj name=\"" + obj.GetName() + "\">";
+          break;
+        case 1:
+          obj.EndObj(out);
+          expected += "\n" + std::string(depth, '\t') + "</Obj>";
+          break;
+        case 2:
+          obj.WriteSubElement(out, x);
+          line(depth + 1, "Double",
+               x == MV::gMissingValue ? "Missing" : internal::ReferenceNumber(x));
+          break;
+        case 3: {
+          const int v = static_cast<int>(random());
+          obj.WriteSubElement(out, v);
+          line(depth + 1, "Int", internal::ReferenceNumber(v));
+          break;
+        }
+        case 4: {
+          const unsigned v = random() >> (random() % 32);
+          obj.WriteSubElement(out, v);
+          obj.WriteSubElement(out, v % 2 == 0);
+          line(depth + 1, "Int", internal::ReferenceNumber(v));
+          line(depth + 1, "Int", v % 2 == 0 ? "1" : "0");
+          break;
+        }
+        case 5: {
+          const long v = static_cast<long>(random()) << (random() % 32);
+          obj.WriteSubElement(out, v);
+          line(depth + 1, "Long", internal::ReferenceNumber(static_cast<double>(v)));
+          break;
+        }
+        default: {
+          const std::string v = internal::RandomMarkupText(random, 30);
+          obj.WriteSubElement(out, v);
+          line(depth + 1, "String", internal::ReferenceEscape(v));
+          break;
+        }
+      }
+    }
+    StartRoot(out, " (c)  ");
+    EndRoot(out);
+    expected += "<QXXMLRoot copyright=\"&#32;(c) &#32;\">\n</QXXMLRoot>";
+    EXPECT_EQ(out.str(), expected) << "pass " << pass;
+  }
 }
 
 TEST_F(XMLIOTest, WrongElementsEmptyLinesAndEndOfFile) {

@@ -1,7 +1,7 @@
 #include "qx/markup/xmlstring.h"
 
 #include "qx/markup/internal/streamastext.h"
-#include "qx/markup/xmlutil.h"
+#include "qx/markup/internal/xmloutput.h"
 
 namespace QXXML_850 {
 
@@ -12,10 +12,7 @@ XMLString* XMLString::Create(const std::string& value) {
 }
 
 int XMLString::ToString(std::string& out, ExportFormat& format) const {
-  std::string text = value;
-  XMLUtil::ReplaceAll(text, XMLUtil::AMPERSAND, XMLUtil::XML_AMPERSAND);
-  XMLUtil::ReplaceAll(text, XMLUtil::LESS_THAN, XMLUtil::XML_LESS_THAN);
-  out += text;
+  internal::AppendEscapedText(out, value);
   format.SetIsNewParagraph(false);
   return 0;
 }

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "qx/foundation/mbtoutf8_unix.h"
+#include "qx/markup/internal/xmloutput.h"
 
 namespace QXXML_850 {
 
@@ -81,28 +82,148 @@ void XMLUtil::ReplaceAll(std::string& target, const char* find, const std::strin
 }
 
 std::string XMLUtil::Escape(const std::string& text) {
-  std::string result = text;
-  ReplaceAll(result, AMPERSAND, XML_AMPERSAND);  // first, or it would hit the others' output
-  ReplaceAll(result, LESS_THAN, XML_LESS_THAN);
-  ReplaceAll(result, GREATER_THAN, XML_GREATER_THAN);
-  ReplaceAll(result, QUOTE, XML_QUOTE);
-  ReplaceAll(result, "\t", XML_CHARREF_TAB);
-  ReplaceAll(result, "\n", XML_CHARREF_NL);
-  ReplaceAll(result, "\r", XML_CHARREF_CR);
-  ReplaceAll(result, "  ", XML_SP_CHARREF_SP);
-  if (!result.empty() && result.front() == ' ') result.replace(0, 1, XML_CHARREF_SP);
-  if (!result.empty() && result.back() == ' ') result.replace(result.size() - 1, 1, XML_CHARREF_SP);
+  std::string result;
+  result.reserve(text.size());
+  internal::AppendEscapedValue(result, text);
   return result;
 }
 
+// One write for the whole text: the same bytes, and the same stream state, as
+// putting them one by one.
 int Write(std::ostream& os, const std::string& text) {
-  for (char c : text)
-    os.put(c);
+  if (!text.empty()) os.write(text.data(), static_cast<std::streamsize>(text.size()));
   return 0;
 }
 
 int WriteUTF(std::ostream& os, const std::string& text) {
   return Write(os, MbToUTF8(text));
 }
+
+namespace internal {
+
+namespace {
+
+// For each byte, the reference it becomes in an attribute value, with its
+// length; length 0 leaves the byte as it is. A blank has length 1 here: it
+// may become "&#32;", depending on its neighbours.
+struct ValueEscapes {
+  const char* text[256];
+  unsigned char length[256];
+};
+
+constexpr ValueEscapes MakeValueEscapes() {
+  ValueEscapes table{};
+  const struct {
+    unsigned char c;
+    const char* text;
+    unsigned char length;
+  } entries[] = {{'&', "&amp;", 5}, {'<', "&lt;", 4},   {'>', "&gt;", 4},   {'"', "&quot;", 6},
+                 {'\t', "&#9;", 4}, {'\n', "&#10;", 5}, {'\r', "&#13;", 5}, {' ', " ", 1}};
+  for (const auto& entry : entries) {
+    table.text[entry.c] = entry.text;
+    table.length[entry.c] = entry.length;
+  }
+  return table;
+}
+
+constexpr ValueEscapes kValueEscapes = MakeValueEscapes();
+
+}  // namespace
+
+// Escape's steps, one character at a time. The seven single characters map
+// to fixed references, and none of the references holds a character that a
+// later step replaces. Blanks come in runs that the other steps leave intact:
+// pairing them from the left turns the second, fourth, ... blank of a run into
+// "&#32;", and the ends of the text then turn a blank at the very start, or an
+// unpaired blank at the very end, into "&#32;" as well.
+void AppendEscapedValue(std::string& out, const std::string& text) {
+  const char* s = text.data();
+  const std::size_t n = text.size();
+  std::size_t run = 0;  // start of the bytes not yet appended
+  for (std::size_t i = 0; i < n; ++i) {
+    const unsigned char c = static_cast<unsigned char>(s[i]);
+    const unsigned char length = kValueEscapes.length[c];
+    if (length == 0) continue;
+    if (c == ' ') {
+      if (i != 0 && i + 1 < n && s[i + 1] != ' ') continue;  // a lone blank inside the text
+      out.append(s + run, i - run);
+      std::size_t end = i;
+      while (end < n && s[end] == ' ')
+        ++end;
+      for (std::size_t k = i; k < end; ++k) {
+        if (((k - i) & 1) != 0 || k == 0 || k + 1 == n) {
+          out.append(XMLUtil::XML_CHARREF_SP, 5);
+        } else {
+          out.push_back(' ');
+        }
+      }
+      run = end;
+      i = end - 1;
+      continue;
+    }
+    out.append(s + run, i - run);
+    out.append(kValueEscapes.text[c], length);
+    run = i + 1;
+  }
+  out.append(s + run, n - run);
+}
+
+void AppendEscapedText(std::string& out, const std::string& text) {
+  const char* s = text.data();
+  const std::size_t n = text.size();
+  std::size_t run = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const char c = s[i];
+    if (c != '&' && c != '<') continue;
+    out.append(s + run, i - run);
+    if (c == '&') {
+      out.append(XMLUtil::XML_AMPERSAND, 5);
+    } else {
+      out.append(XMLUtil::XML_LESS_THAN, 4);
+    }
+    run = i + 1;
+  }
+  out.append(s + run, n - run);
+}
+
+XMLOutput::XMLOutput(std::string& out)
+    : text(&out), os(nullptr), utf8(false), asciiUnchanged(true) {}
+
+XMLOutput::XMLOutput(std::ostream& stream, bool toUtf8)
+    : text(&own), os(&stream), utf8(toUtf8), asciiUnchanged(true) {
+  own.reserve(kBlock + kBlock / 4);
+  if (utf8) {
+    std::string ascii(128, '\0');
+    for (int c = 0; c < 128; ++c)
+      ascii[static_cast<std::size_t>(c)] = static_cast<char>(c);
+    asciiUnchanged = MbToUTF8(ascii) == ascii;
+  }
+}
+
+XMLOutput::~XMLOutput() {
+  if (os != nullptr) Flush();
+}
+
+void XMLOutput::Flush() {
+  if (os == nullptr) return;
+  Write(*os, own);
+  own.clear();
+}
+
+void XMLOutput::Convert(std::size_t start) {
+  const char* piece = text->data() + start;
+  const std::size_t size = text->size() - start;
+  if (asciiUnchanged) {
+    std::size_t i = 0;
+    while (i < size && static_cast<unsigned char>(piece[i]) < 0x80)
+      ++i;
+    if (i == size) return;
+  }
+  std::string converted = MbToUTF8(std::string(piece, size));
+  text->resize(start);
+  text->append(converted);
+}
+
+}  // namespace internal
 
 }  // namespace QXXML_850
