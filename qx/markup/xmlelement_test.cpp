@@ -178,7 +178,9 @@ Node RandomNode(std::mt19937& random, int depth, XMLElement*& built) {
       }
     }
   }
-  const int children = depth > 3 ? 0 : depth == 0 ? 60 + static_cast<int>(random() % 60) : static_cast<int>(random() % 7);
+  const int children = depth > 3    ? 0
+                       : depth == 0 ? 60 + static_cast<int>(random() % 60)
+                                    : static_cast<int>(random() % 7);
   for (int i = 0; i < children; ++i) {
     const unsigned kind = random() % 8;
     if (kind < 5) {
@@ -188,7 +190,7 @@ Node RandomNode(std::mt19937& random, int depth, XMLElement*& built) {
     } else {
       Node leaf;
       leaf.kind = kind == 7 ? Node::kComment : Node::kText;
-      leaf.text = internal::RandomMarkupText(random, 8);
+      leaf.text = internal::RandomMarkupText(random, random() % 16 == 0 ? 3000 : 8);
       built->AddElement(kind == 7 ? new Comment(leaf.text) : XMLString::Create(leaf.text));
       node.children.push_back(leaf);
     }
@@ -301,6 +303,13 @@ TEST(XMLElementTest, RandomTreesGiveTheTextOfTheWritingRules) {
     }
   }
   QXCommon_850::internal::UseClassicLocale();
+  // Runs of one special character long enough to fill any counter of bytes.
+  for (const std::string& text : {std::string(5000, '&'), std::string(4099, '<') + "&x"}) {
+    std::string written;
+    ExportFormat format;
+    XMLString(text).ToString(written, format);
+    EXPECT_EQ(written, internal::ReferenceText(text));
+  }
 }
 
 }  // namespace

@@ -3,6 +3,10 @@
 #include <cstdio>
 #include <cstring>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include "qx/foundation/mbtoutf8_unix.h"
 #include "qx/markup/internal/xmloutput.h"
 
@@ -168,22 +172,87 @@ void AppendEscapedValue(std::string& out, const std::string& text) {
   out.append(s + run, n - run);
 }
 
+namespace {
+
+// The reference of a text node's special byte at `p`; returns the end.
+inline char* PutTextReference(char* p, char c) {
+  if (c == '&') {
+    std::memcpy(p, XMLUtil::XML_AMPERSAND, 5);
+    return p + 5;
+  }
+  std::memcpy(p, XMLUtil::XML_LESS_THAN, 4);
+  return p + 4;
+}
+
+#ifdef __SSE2__
+// The sum of the 16 bytes of `v`.
+inline std::size_t SumBytes(__m128i v) {
+  const __m128i sums = _mm_sad_epu8(v, _mm_setzero_si128());
+  return static_cast<std::size_t>(_mm_cvtsi128_si32(sums)) +
+         static_cast<std::size_t>(_mm_cvtsi128_si32(_mm_srli_si128(sums, 8)));
+}
+#endif
+
+}  // namespace
+
+// Two passes over 16 bytes at a time: count the ampersands and less-thans to
+// size the result once, then copy, stopping only at those bytes. Long texts
+// are where a document's bytes are, and most of them need no reference.
 void AppendEscapedText(std::string& out, const std::string& text) {
   const char* s = text.data();
   const std::size_t n = text.size();
-  std::size_t run = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const char c = s[i];
-    if (c != '&' && c != '<') continue;
-    out.append(s + run, i - run);
-    if (c == '&') {
-      out.append(XMLUtil::XML_AMPERSAND, 5);
-    } else {
-      out.append(XMLUtil::XML_LESS_THAN, 4);
+  std::size_t ampersands = 0, lessThans = 0, i = 0;
+#ifdef __SSE2__
+  const __m128i ampersand = _mm_set1_epi8('&'), lessThan = _mm_set1_epi8('<');
+  while (i + 16 <= n) {
+    // Byte counters, summed before any of them can pass 255.
+    __m128i countA = _mm_setzero_si128(), countL = _mm_setzero_si128();
+    for (int k = 0; k < 255 && i + 16 <= n; ++k, i += 16) {
+      const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
+      countA = _mm_sub_epi8(countA, _mm_cmpeq_epi8(v, ampersand));
+      countL = _mm_sub_epi8(countL, _mm_cmpeq_epi8(v, lessThan));
     }
-    run = i + 1;
+    ampersands += SumBytes(countA);
+    lessThans += SumBytes(countL);
   }
-  out.append(s + run, n - run);
+#endif
+  for (; i < n; ++i) {
+    ampersands += s[i] == '&';
+    lessThans += s[i] == '<';
+  }
+  if (ampersands + lessThans == 0) {
+    out.append(s, n);
+    return;
+  }
+  const std::size_t start = out.size();
+  out.resize(start + n + 4 * ampersands + 3 * lessThans);
+  char* p = &out[start];
+  i = 0;
+#ifdef __SSE2__
+  // The output never runs shorter than the input left, so a whole block may
+  // be stored before the position of its first special byte is known.
+  while (i + 16 <= n) {
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
+    const unsigned specials = static_cast<unsigned>(
+        _mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(v, ampersand), _mm_cmpeq_epi8(v, lessThan))));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v);
+    if (specials == 0) {
+      p += 16;
+      i += 16;
+      continue;
+    }
+    const unsigned plain = static_cast<unsigned>(__builtin_ctz(specials));
+    p = PutTextReference(p + plain, s[i + plain]);
+    i += plain + 1;
+  }
+#endif
+  for (; i < n; ++i) {
+    if (s[i] == '&' || s[i] == '<') {
+      p = PutTextReference(p, s[i]);
+    } else {
+      *p++ = s[i];
+    }
+  }
 }
 
 XMLOutput::XMLOutput(std::string& out)
