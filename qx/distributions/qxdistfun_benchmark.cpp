@@ -1,12 +1,15 @@
 // Calls per second of the main distribution functions over the arguments of
-// their reference tables (testdata/), and, where R's standalone math library
-// was found at configure time, the same arguments through its functions in
-// the same run; the ratio table at the end compares the two.
+// their reference tables (testdata/), which include extreme arguments on
+// purpose, and over ordinary arguments (the degrees of freedom, shapes and
+// probabilities of everyday tests); where R's standalone math library was
+// found at configure time, the same arguments through its functions in the
+// same run. The ratio table at the end compares the two.
 
 #include <benchmark/benchmark.h>
 
 #include <functional>
 #include <map>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -24,11 +27,37 @@ namespace {
 using Args = std::vector<double>;
 using Fn = std::function<double(const Args&)>;
 
-// The valid arguments of a reference table, read once.
+// Ordinary arguments: t within 4, probabilities across (0, 1) with the usual
+// test levels among them, whole degrees of freedom from 1 to 1000 and shapes
+// from 0.5 to 50, 2000 of each kind from a fixed seed.
+std::vector<Args> OrdinaryGrid(const std::string& kind) {
+  static const double dfs[] = {1, 2, 3, 4, 5, 8, 10, 15, 20, 30, 50, 100, 1000};
+  static const double levels[] = {0.005, 0.01, 0.025, 0.05, 0.1, 0.9, 0.95, 0.975, 0.99, 0.995};
+  static const double shapes[] = {0.5, 1.5, 2, 3, 5, 10, 20, 50};
+  std::mt19937 random(2024);
+  std::uniform_real_distribution<double> uniform(0.0, 1.0);
+  const auto pick = [&](const auto& values) {
+    return values[random() % (sizeof values / sizeof values[0])];
+  };
+  std::vector<Args> args;
+  for (int i = 0; i < 2000; ++i) {
+    const double p = i % 2 == 0 ? pick(levels) : 0.001 + 0.998 * uniform(random);
+    if (kind == "cdft") args.push_back({8.0 * uniform(random) - 4.0, pick(dfs)});
+    if (kind == "idft") args.push_back({p, pick(dfs)});
+    if (kind == "idff") args.push_back({p, pick(dfs), pick(dfs)});
+    if (kind == "idfbeta") args.push_back({p, pick(shapes), pick(shapes)});
+  }
+  return args;
+}
+
+// The valid arguments of a reference table, read once; "ordinary_<kind>"
+// names an ordinary grid instead.
 const std::vector<Args>& Grid(const std::string& table) {
   static std::map<std::string, std::vector<Args>> grids;
   auto at = grids.find(table);
-  if (at == grids.end()) {
+  if (at == grids.end() && table.compare(0, 9, "ordinary_") == 0) {
+    at = grids.emplace(table, OrdinaryGrid(table.substr(9))).first;
+  } else if (at == grids.end()) {
     std::vector<Args> args;
     for (const auto& c : internal::ReadReferenceTable(std::string(QX_DISTRIBUTIONS_TESTDATA) + "/" +
                                                       table + ".txt")) {
@@ -53,10 +82,10 @@ void RunOver(benchmark::State& state, const std::string& table, const Fn& f) {
 }
 
 struct Pair {
-  const char* name;   // the library's function
+  std::string name;   // the library's function, and the grid if not its table's
   const char* table;  // reference table whose arguments are used
   Fn ours;
-  const char* rName;  // R's function
+  std::string rName;  // R's function
   Fn theirs;
 };
 
@@ -98,18 +127,27 @@ std::vector<Pair> Pairs() {
       {"NonCentralCdfT", "noncentralcdft",
        [](const Args& a) { return D::NonCentralCdfT(a[0], a[1], a[2]); }, "pnt",
        QX_R(pnt(a[0], a[1], a[2], 1, 0))},
+      {"CdfT_ordinary", "ordinary_cdft", [](const Args& a) { return D::CdfT(a[0], a[1]); },
+       "pt_ordinary", QX_R(pt(a[0], a[1], 1, 0))},
+      {"IdfT_ordinary", "ordinary_idft", [](const Args& a) { return D::IdfT(a[0], a[1]); },
+       "qt_ordinary", QX_R(qt(a[0], a[1], 1, 0))},
+      {"IdfF_ordinary", "ordinary_idff", [](const Args& a) { return D::IdfF(a[0], a[1], a[2]); },
+       "qf_ordinary", QX_R(qf(a[0], a[1], a[2], 1, 0))},
+      {"IdfBeta_ordinary", "ordinary_idfbeta",
+       [](const Args& a) { return D::IdfBeta(a[0], a[1], a[2]); }, "qbeta_ordinary",
+       QX_R(qbeta(a[0], a[1], a[2], 1, 0))},
   };
 }
 
 // Registers "BM_<name>/0" and, with R, "BM_R_<rName>/0", and their ratio.
 const bool registered = [] {
   for (const Pair& p : Pairs()) {
-    const std::string ours = std::string("BM_") + p.name;
+    const std::string ours = "BM_" + p.name;
     benchmark::RegisterBenchmark(ours.c_str(), [p](benchmark::State& s) {
       RunOver(s, p.table, p.ours);
     })->Arg(0);
     if (p.theirs) {
-      const std::string theirs = std::string("BM_R_") + p.rName;
+      const std::string theirs = "BM_R_" + p.rName;
       benchmark::RegisterBenchmark(theirs.c_str(), [p](benchmark::State& s) {
         RunOver(s, p.table, p.theirs);
       })->Arg(0);

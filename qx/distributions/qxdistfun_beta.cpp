@@ -33,9 +33,38 @@ double QXDistFun::cbtaux(const double& x) {
   return (1.0 - x * x + 2.0 * x * std::log(x)) / ((1.0 - x) * (1.0 - x));
 }
 
+namespace {
+
+// What a caller that evaluates the incomplete beta at many x for one (a, b)
+// can share with it: the log-gammas of the final step, known in advance, and
+// the logarithms of x and 1 - x, handed back when the final step made them.
+struct BetaShared {
+  bool logGammasKnown = false;
+  double lgAB = 0.0, lgA = 0.0, lgB = 0.0, lgA1 = 0.0, lgB1 = 0.0;  // of a+b, a, b, a+1, b+1
+  bool logsMade = false;
+  double logX = 0.0, log1mX = 0.0;  // log(x), log(1 - x)
+};
+
+// Whether the power series of the incomplete beta, t_k = t_(k-1) * (ab + k) /
+// (k + p + 1) * X summed for k = 0 to 10000, cannot reach a term below 1e-15.
+// With d = ab - p - 1 <= 0 every factor is at most 1, so the terms fall, and
+// log(1 + y) >= y / (1 + y) bounds the log of the last exact term from below
+// by 10001 log X + d (1/ab + log(1 + 10000/ab)). When that bound is above
+// -34.5 (1e-15 is e^-34.54), even the rounding of 50,005 operations (a
+// relative 6e-12) leaves every computed term above 1e-15: the series would
+// run out and its sum be thrown away, so skipping it changes nothing.
+// Declining to skip is always safe, so the logarithms are spared where log X
+// <= X - 1 already puts the bound below the edge.
+bool SeriesCannotConverge(double ab, double p, double X) {
+  const double d = ab - p - 1.0;
+  if (!(d <= 0.0) || 10001.0 * (X - 1.0) <= -34.5) return false;
+  const double bound = 10001.0 * std::log(X) + d * (1.0 / ab + std::log1p(10000.0 / ab));
+  return bound > -34.5;
+}
+
 // The power series, then the continued fraction (in the form of Numerical
 // Recipes' betacf), then a Peizer-Pratt normal approximation.
-double QXDistFun::cdfbet(const double& x, const double& a, const double& b, long& status) {
+double IncompleteBeta(double x, double a, double b, long& status, BetaShared* shared) {
   status = 0;
   if (!(a > 0.0) || !(b > 0.0)) return Fail(status, 1);
   if (!(x > 0.0)) return 0.0;
@@ -48,7 +77,7 @@ double QXDistFun::cdfbet(const double& x, const double& a, const double& b, long
   if (b == 1.0) return ExpOrZero(a * std::log(x));
 
   double p = a, q = b, X = x, Y = 1.0 - x;
-  bool direct = true;
+  bool direct = true;  // also: p is a, q is b, X is x
   bool series;
   if (a <= 1.0 || (a == 0.5 && b == 0.5 && x != 0.5)) {
     std::swap(p, q);
@@ -58,6 +87,7 @@ double QXDistFun::cdfbet(const double& x, const double& a, const double& b, long
   } else {
     series = b <= 1.0;
   }
+  if (series && SeriesCannotConverge(a + b, p, X)) series = false;
 
   double sum = 0.0;
   bool done = false;
@@ -113,8 +143,23 @@ double QXDistFun::cdfbet(const double& x, const double& a, const double& b, long
   if (done) {
     double v = 0.0;
     if (sum > 0.0) {
-      const double L = std::log(X) * p + std::log(Y) * q + std::log(sum) + dnlgam(a + b) -
-                       dnlgam(p + 1.0) - dnlgam(q);
+      const double logX = std::log(X), logY = std::log(Y);
+      double lgAB, lgP1, lgQ;
+      if (shared != nullptr && shared->logGammasKnown) {
+        lgAB = shared->lgAB;
+        lgP1 = direct ? shared->lgA1 : shared->lgB1;
+        lgQ = direct ? shared->lgB : shared->lgA;
+      } else {
+        lgAB = QXDistFun::dnlgam(a + b);
+        lgP1 = QXDistFun::dnlgam(p + 1.0);
+        lgQ = QXDistFun::dnlgam(q);
+      }
+      if (shared != nullptr) {
+        shared->logsMade = true;
+        shared->logX = direct ? logX : logY;
+        shared->log1mX = direct ? logY : logX;
+      }
+      const double L = logX * p + logY * q + std::log(sum) + lgAB - lgP1 - lgQ;
       v = ExpOrZero(L);
     }
     return direct ? v : 1.0 - v;
@@ -122,8 +167,8 @@ double QXDistFun::cdfbet(const double& x, const double& a, const double& b, long
 
   // Peizer-Pratt; the arguments of cbtaux are not divided by X or Y.
   const double n = a + b - 1.0;
-  const double c1 = cbtaux((p - 0.5) / n);
-  const double c2 = cbtaux((q - 0.5) / n);
+  const double c1 = QXDistFun::cbtaux((p - 0.5) / n);
+  const double c2 = QXDistFun::cbtaux((q - 0.5) / n);
   const double S = (1.0 + c2 * Y + c1 * X) / ((n + 0.16666666666666666) * X * Y);
   double z = 0.0;
   if (S > 0.0) {
@@ -131,7 +176,13 @@ double QXDistFun::cdfbet(const double& x, const double& a, const double& b, long
         ((X + 1.0) / 3.0 + (X - p / n) * n + ((X / q - Y / p) + (X - 0.5) / (a + b)) / 50.0);
   }
   if (!direct) z = -z;
-  return prbnrm(z);
+  return QXDistFun::prbnrm(z);
+}
+
+}  // namespace
+
+double QXDistFun::cdfbet(const double& x, const double& a, const double& b, long& status) {
+  return IncompleteBeta(x, a, b, status, nullptr);
 }
 
 // Newton's method with step control, after Majumder and Bhattacharjee (1973),
@@ -169,7 +220,12 @@ double QXDistFun::betinv(const double& p, const double& a, const double& b) {
     alpha = p;
     y = -y;
   }
-  const double beta = dnlgam(P) + dnlgam(Q) - dnlgam(P + Q);
+  // The log-gammas of every Newton step's incomplete beta, made once.
+  BetaShared shared;
+  shared.lgA = dnlgam(P);
+  shared.lgB = dnlgam(Q);
+  shared.lgAB = dnlgam(P + Q);
+  const double beta = shared.lgA + shared.lgB - shared.lgAB;
 
   double x;
   if (P > 1.0 && Q > 1.0) {
@@ -204,12 +260,20 @@ double QXDistFun::betinv(const double& p, const double& a, const double& b) {
   if (x < 1e-8) x = 1e-8;
   if (x > 0.9999999) x = 0.9999999;
 
+  shared.lgA1 = dnlgam(P + 1.0);
+  shared.lgB1 = dnlgam(Q + 1.0);
+  shared.logGammasKnown = true;
+
   double prev = 1.0, sq = 1.0, yprev = 0.0;
   for (int iter = 0; iter < 50; iter++) {
     long status;
-    const double c = cdfbet(x, P, Q, status);
+    shared.logsMade = false;
+    const double c = IncompleteBeta(x, P, Q, status, &shared);
     if (status > 0) return -1.0;
-    const double L = (1.0 - Q) * std::log(1.0 - x) + (1.0 - P) * std::log(x) + beta;
+    // The incomplete beta's last step took the same two logarithms.
+    const double log1mX = shared.logsMade ? shared.log1mX : std::log(1.0 - x);
+    const double logX = shared.logsMade ? shared.logX : std::log(x);
+    const double L = (1.0 - Q) * log1mX + (1.0 - P) * logX + beta;
     if (L > 709.0) return a / (a + b);
     const double yn = (c - alpha) * ExpOrZero(L);
     if (std::isnan(yn)) return -1.0;
