@@ -27,8 +27,8 @@ class QXCOMMON_API XMLElement : public XMLInterface {
   static XMLElement* Create(const std::string& name);
 
   int ToString(std::string& out, ExportFormat& format) const override;
-  // The same text as ToString, written piece by piece as it is made, so a
-  // large document is never held in memory as one string.
+  // The same text as ToString, handed to the stream in blocks of about 32 KiB as
+  // it is made, so a large document is never held in memory as one string.
   int ToStream(std::ostream& os, ExportFormat& format, bool utf8) const override;
   // A new element of the same name with clones of all attributes and children.
   XMLElement* Clone() const override;

@@ -12,6 +12,7 @@
 #include <sstream>
 #include <string>
 
+#include "qx/foundation/internal/testlocale.h"
 #include "qx/markup/xmlutil.h"
 
 namespace QXXML_850 {
@@ -79,6 +80,21 @@ inline double RandomNumber(std::mt19937& random) {
     default:
       return static_cast<double>(random() % 100) / 7.0;
   }
+}
+
+// Runs `body(pass)` in the classic locale (pass 0) and then in de_DE.UTF-8,
+// whose decimal comma the writers must ignore (pass 1), and returns to the
+// classic locale. Returns why the second pass could not run, or "".
+template <typename Body>
+std::string InClassicAndDecimalCommaLocales(Body body) {
+  body(0);
+  std::string why;
+  if (QXCommon_850::internal::UseLocale("de_DE.UTF-8", "de_DE", "UTF-8",
+                                        QX_TEST_BINARY_DIR "/test-locales", why)) {
+    body(1);
+  }
+  QXCommon_850::internal::UseClassicLocale();
+  return why;
 }
 
 }  // namespace internal
