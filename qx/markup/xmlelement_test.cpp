@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cmath>
 #include <limits>
@@ -145,10 +146,10 @@ class Comment : public XMLString {
   }
 };
 
-// A random tree described on the test's side, from which both the library's
-// tree and the text the writing rules give are built.
+// A random tree on the test's side ('e' element, 't' text, 'c' comment),
+// from which the library's tree and the text of the rules are both made.
 struct Node {
-  enum Kind { kElement, kText, kComment } kind = kElement;
+  char kind = 'e';
   std::string text;  // the name of an element, the value of the others
   std::vector<std::pair<std::string, std::string>> attributes;  // values as text
   std::vector<Node> children;
@@ -156,57 +157,45 @@ struct Node {
 
 Node RandomNode(std::mt19937& random, int depth, XMLElement*& built) {
   static const char* const names[] = {"a", "Row", "x:y", "caf\xC3\xA9", "\xFF"};
-  Node node;
-  node.text = names[random() % 5];
+  Node node{'e', names[random() % 5], {}, {}};
   built = XMLElement::Create(node.text);
   for (int n = static_cast<int>(random() % 4); n > 0; --n) {
     const std::string name = names[random() % 5];
+    const double value = internal::RandomNumber(random);
+    const bool fixed = random() % 4 == 0 && std::fabs(value) < 1e20;
     if (random() % 2 == 0) {
       node.attributes.emplace_back(name, internal::RandomMarkupText(random, 12));
       built->AddAttribute(name, node.attributes.back().second);
-    } else {
-      const double value = internal::RandomNumber(random);
-      const bool fixed = random() % 4 == 0 && std::fabs(value) < 1e20;
-      if (fixed) {
-        built->AddAttribute(name, value, true);
-      } else {
-        built->AddAttribute(name, value);
-      }
-      if (std::isfinite(value)) {
-        node.attributes.emplace_back(name, internal::ReferenceNumber(value, fixed));
-      }
+    } else if (built->AddAttribute(name, value, fixed), std::isfinite(value)) {
+      node.attributes.emplace_back(name, internal::ReferenceNumber(value, fixed));
     }
   }
-  const int children = depth > 3    ? 0
-                       : depth == 0 ? 60 + static_cast<int>(random() % 60)
-                                    : static_cast<int>(random() % 7);
+  const int children = depth > 3 ? 0 : depth == 0 ? 60 + random() % 60 : random() % 7;
   for (int i = 0; i < children; ++i) {
-    const unsigned kind = random() % 8;
-    if (kind < 5) {
-      XMLElement* child = nullptr;
+    XMLElement* child = nullptr;
+    const unsigned kind = random() % 200;  // a comment, rarely: it makes the writer flush
+    if (kind < 125) {
       node.children.push_back(RandomNode(random, depth + 1, child));
       built->AddElement(child);
     } else {
-      Node leaf;
-      leaf.kind = kind == 7 ? Node::kComment : Node::kText;
-      leaf.text = internal::RandomMarkupText(random, random() % 16 == 0 ? 3000 : 8);
-      built->AddElement(kind == 7 ? new Comment(leaf.text) : XMLString::Create(leaf.text));
-      node.children.push_back(leaf);
+      const std::string text = internal::RandomMarkupText(random, random() % 16 ? 8 : 3000);
+      node.children.push_back({kind == 199 ? 'c' : 't', text, {}, {}});
+      built->AddElement(kind == 199 ? new Comment(text) : XMLString::Create(text));
     }
   }
   return node;
 }
 
-// The writing rules step by step: each piece as it is made, converted on its
-// own to UTF-8 when asked.
-class ReferenceWriter {
- public:
-  ReferenceWriter(bool formatted, bool indented, bool toUtf8, bool startOnNewLine)
-      : format(formatted),
-        indentation(formatted && indented),
-        utf8(toUtf8),
-        newParagraph(startOnNewLine) {}
+// The writing rules step by step, each piece converted on its own to UTF-8
+// if `utf8` (ASCII passes unchanged; the test checks it).
+struct ReferenceWriter {
+  bool format, indentation, utf8, newParagraph;
+  std::string text;
 
+  void Put(const std::string& piece) {
+    const bool ascii = std::all_of(piece.begin(), piece.end(), [](char c) { return c >= 0; });
+    text += utf8 && !ascii ? MbToUTF8(piece) : piece;
+  }
   void Element(const Node& node, int depth) {
     if (format && newParagraph) Put("\n");
     if (indentation) Put(std::string(depth, '\t'));
@@ -220,46 +209,24 @@ class ReferenceWriter {
     if (!node.children.empty()) {
       Put(">");
       for (const Node& child : node.children) {
-        if (child.kind == Node::kElement) {
-          Element(child, depth + 1);
-        } else if (child.kind == Node::kText) {
-          Put(internal::ReferenceText(child.text));
-          newParagraph = false;
-        } else {
-          Put("<!--" + child.text + "-->");
-        }
+        if (child.kind == 'e') Element(child, depth + 1);
+        if (child.kind == 't') Put(internal::ReferenceText(child.text));
+        if (child.kind == 'c') Put("<!--" + child.text + "-->");
+        newParagraph = newParagraph && child.kind != 't';
       }
-      if (format && newParagraph) {
-        Put("\n");
-        if (indentation) Put(std::string(depth, '\t'));
-      }
+      if (format && newParagraph) Put("\n");
+      if (format && newParagraph && indentation) Put(std::string(depth, '\t'));
       Put("</");
       Put(node.text);
-      Put(">");
-    } else {
-      Put("/>");
     }
+    Put(node.children.empty() ? "/>" : ">");
     newParagraph = true;
   }
-
-  std::string text;
-
- private:
-  // ASCII passes the converter unchanged (the test checks it), which spares
-  // most of its calls.
-  void Put(const std::string& piece) {
-    bool ascii = true;
-    for (char c : piece)
-      ascii = ascii && static_cast<unsigned char>(c) < 0x80;
-    text += utf8 && !ascii ? MbToUTF8(piece) : piece;
-  }
-
-  bool format, indentation, utf8, newParagraph;
 };
 
-// Random trees with every character that is escaped, numbers, text nodes,
-// a caller's own node class and documents larger than the writer's block:
-// to a string, to a stream and to a stream in UTF-8, in each layout, in the
+// Random trees with every character that is escaped, numbers, text nodes, a
+// caller's own node class and documents larger than the writer's block: to a
+// string, to a stream and to a stream in UTF-8, in each layout, in the
 // classic locale and in one with a decimal comma.
 TEST(XMLElementTest, RandomTreesGiveTheTextOfTheWritingRules) {
   const std::string why = internal::InClassicAndDecimalCommaLocales([](int pass) {
@@ -268,32 +235,30 @@ TEST(XMLElementTest, RandomTreesGiveTheTextOfTheWritingRules) {
       ascii[c] = static_cast<char>(c);
     ASSERT_EQ(MbToUTF8(ascii), ascii);
     std::mt19937 random(pass);
-    for (int tree = 0; tree < 60; ++tree) {
+    for (int tree = 0; tree < 180; ++tree) {
+      SCOPED_TRACE("pass " + std::to_string(pass) + " tree " + std::to_string(tree));
       XMLElement* built = nullptr;
-      const Node node = RandomNode(random, tree % 4 == 0 ? 0 : 2, built);
+      const Node node = RandomNode(random, tree % 10 == 0 ? 0 : 2, built);
       const std::unique_ptr<XMLElement> root(built);
-      for (int setting = 0; setting < 3; ++setting) {
-        SCOPED_TRACE("pass " + std::to_string(pass) + " tree " + std::to_string(tree) +
-                     " setting " + std::to_string(setting));
-        ExportFormat forString, forStream, forUTF8;
-        for (ExportFormat* f : {&forString, &forStream, &forUTF8}) {
-          f->SetFormat(setting != 0);
-          f->SetIndentation(setting == 2);
-          f->SetIsNewParagraph(tree % 2 == 0);
-        }
-        ReferenceWriter plain(setting != 0, setting == 2, false, tree % 2 == 0);
-        ReferenceWriter converted(setting != 0, setting == 2, true, tree % 2 == 0);
-        plain.Element(node, 0);
-        converted.Element(node, 0);
-        std::string viaString = "kept ";
-        root->ToString(viaString, forString);
-        std::ostringstream viaStream, viaUTF8;
-        root->ToStream(viaStream, forStream, false);
-        root->ToStream(viaUTF8, forUTF8, true);
-        EXPECT_EQ(viaString, "kept " + plain.text);
-        EXPECT_EQ(viaStream.str(), plain.text);
-        EXPECT_EQ(viaUTF8.str(), converted.text);
+      const bool format = tree % 3 != 0, indentation = tree % 3 == 2, first = tree / 3 % 2 == 0;
+      ReferenceWriter plain{format, format && indentation, false, first, {}};
+      ReferenceWriter converted{format, format && indentation, true, first, {}};
+      plain.Element(node, 0);
+      converted.Element(node, 0);
+      ExportFormat forString, forStream, forUTF8;
+      for (ExportFormat* f : {&forString, &forStream, &forUTF8}) {
+        f->SetFormat(format);
+        f->SetIndentation(indentation);
+        f->SetIsNewParagraph(first);
       }
+      std::string viaString = "kept ";
+      root->ToString(viaString, forString);
+      std::ostringstream viaStream, viaUTF8;
+      root->ToStream(viaStream, forStream, false);
+      root->ToStream(viaUTF8, forUTF8, true);
+      EXPECT_EQ(viaString, "kept " + plain.text);
+      EXPECT_EQ(viaStream.str(), plain.text);
+      EXPECT_EQ(viaUTF8.str(), converted.text);
     }
   });
   // Runs of one special character long enough to fill any counter of bytes.
