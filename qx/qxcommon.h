@@ -84,4 +84,14 @@
 #include "qx/dictionary/qxvarlist.h"
 #include "qx/dictionary/qxweightvar.h"
 
+// Result documents
+#include "qx/documents/qxapplicinfo4xml.h"
+#include "qx/documents/qxdatamodeltags.h"
+#include "qx/documents/qxpmmlexporter.h"
+#include "qx/documents/qxpmmltags.h"
+#include "qx/documents/qxstatxmltags.h"
+#include "qx/documents/qxstatxmlutil.h"
+#include "qx/documents/qxunistats.h"
+#include "qx/documents/qxvariatedata.h"
+
 #endif  // QX_QXCOMMON_H
