@@ -4,7 +4,11 @@
 // case through the variables' encoders (text categories get codes in the
 // order they appear, empty cells are missing, cases with a missing value are
 // dropped), keeps the counts, and saves the dictionary as a persisted file
-// that a later run reads back, so that codes stay what they were.
+// that a later run reads back, so that codes stay what they were. On request
+// it also writes the result documents a component ends with: a PMML model
+// (here the intercept-only model of the target) holding the data dictionary,
+// the data model and the univariate statistics of every field, and a StatXML
+// document with a table of those statistics.
 //
 //   data_dictionary                      a built-in sample, run twice: once
 //                                        building its dictionary, once reading
@@ -20,12 +24,15 @@
 //                          it from the header
 //   --save FILE            where to write the dictionary (default: the CSV
 //                          file's name with .dictionary.xml, in this folder)
+//   --pmml FILE            write the PMML document to FILE (needs a target)
+//   --statxml FILE         write the StatXML document to FILE
 //
 // Bad input gets one line on stderr naming the file and line, and exit 1.
 
 #include <qx/qxcommon.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -33,21 +40,26 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
 using namespace QXXML_850;
+using QXCommon_850::QXApplicInfo4XML;
 using QXCommon_850::QXMV;
+using QXCommon_850::QXPMMLExporter;
+using QXCommon_850::QXStatus;
 using QXMath_850::QXCatStats;
 using QXMath_850::QXContStats;
+using QXMath_850::QXUniStats;
 using V = IQXVariable;
 
 namespace {
 
 struct Options {
-  std::string file, shownName, target, weight, dictionary, save;
+  std::string file, shownName, target, weight, dictionary, save, pmml, statxml;
   std::vector<std::string> categorical;
 };
 
@@ -240,6 +252,10 @@ void ReadDictionary(const std::string& path, QXVarList& list) {
 struct Counts {
   long read = 0, used = 0, dropped = 0, badWeight = 0;
   double weighted = 0.0, weightedDropped = 0.0;
+  // Every case with a usable weight, used or dropped: its encoded values in
+  // list order, and its weight.
+  std::vector<std::vector<double>> codes;
+  std::vector<double> weights;
 };
 
 // Encodes every case through the encoders, in list order, with listwise
@@ -277,6 +293,8 @@ Counts EncodeCases(const Table& table, const std::string& file, QXVarList& list,
       ++counts.badWeight;
       continue;
     }
+    counts.codes.push_back(codes);
+    counts.weights.push_back(weight);
     if (missing && list.GetListwiseDeletion()) {
       ++counts.dropped;
       counts.weightedDropped += weight;
@@ -356,6 +374,191 @@ void Report(const std::string& file, bool built, QXVarList& list, const Counts& 
   }
 }
 
+// The univariate statistics of every field over every case with a usable
+// weight, missing values counted as such: category codes for a categorical
+// field; for a continuous one (the weight too, unweighted) the summary and
+// the frequencies of four equal intervals up to its largest value.
+std::vector<QXUniStats> Summarise(const QXVarList& list, const Counts& counts) {
+  std::vector<QXUniStats> stats;
+  for (int i = 0; i < static_cast<int>(list.Size()); ++i) {
+    const IQXVariable* v = list.GetVarAt(i);
+    const std::string name = v->GetVariableName();
+    const bool categorical = v->GetMeasureLevel() == V::LevelNumericCategorical ||
+                             v->GetMeasureLevel() == V::LevelStringCategorical;
+    if (categorical) {
+      stats.emplace_back(name, v->GetNumberOfCategories());
+    } else {
+      double low = HUGE_VAL, high = -HUGE_VAL;
+      for (const std::vector<double>& row : counts.codes) {
+        if (QXMV::IsMissing(row[i])) continue;
+        low = std::min(low, row[i]);
+        high = std::max(high, row[i]);
+      }
+      std::vector<double> cuts;
+      if (low < high) {
+        // The first interval is open below: its left end is the sentinel.
+        cuts = {QXMV::Missing()};
+        for (int k = 1; k < 4; ++k)
+          cuts.push_back(low + (high - low) * k / 4.0);
+        cuts.push_back(high);
+      }
+      stats.emplace_back(name, cuts, true);
+    }
+    const bool isWeight = i == list.GetWeightIndex();
+    for (size_t r = 0; r < counts.codes.size(); ++r)
+      stats.back().Update(counts.codes[r][i], isWeight ? 1.0 : counts.weights[r]);
+  }
+  return stats;
+}
+
+void WriteDocument(const std::string& path, const XMLElement& root, const char* what) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  if (out) WriteTree(out, nullptr, &root, true);
+  if (!out || !out.flush()) {
+    throw InputError{path + ": error: cannot write the file (" + std::strerror(errno) + ")"};
+  }
+  std::printf("%s document written to %s\n", what, path.c_str());
+}
+
+// The model of a component that knows only its target's distribution: the
+// mean of a continuous target, or for a categorical one a softmax over the
+// logarithms of the category shares. Its statistics hold every field.
+XMLElement* InterceptOnlyModel(QXPMMLExporter& exporter, const QXVarList& list,
+                               const std::vector<QXUniStats>& stats) {
+  namespace P = QXPMMLTags;
+  const int target = list.GetTargetIndex();
+  const IQXVariable* t = list.GetVarAt(target);
+  const bool classification = stats[target].IsCategorical();
+  XMLElement* model = XMLElement::Create(P::XML_ELE_REGRESSIONMODEL);
+  model->AddAttribute(P::XML_ATT_MODELNAME, "intercept only");
+  model->AddAttribute(P::XML_ATT_FUNCTIONNAME,
+                      classification ? P::XML_VAL_CLASSIFICATION : P::XML_VAL_REGRESSION);
+  if (classification) model->AddAttribute(P::XML_ATT_NORMALIZATIONMETHOD, P::XML_VAL_SOFTMAX);
+  XMLElement* schema = XMLElement::Create(P::XML_ELE_MININGSCHEMA);
+  for (int i = 0; i < static_cast<int>(list.Size()); ++i) {
+    XMLElement* field = XMLElement::Create(P::XML_ELE_MININGFIELD);
+    field->AddAttribute(P::XML_ATT_MININGFIELDNAME, list.GetVarAt(i)->GetVariableName());
+    field->AddAttribute(P::XML_ATT_MININGFIELDUSE, i == target ? P::XML_VAL_MININGFIELDTARGET
+                                                   : i == list.GetWeightIndex()
+                                                       ? std::string("frequencyWeight")
+                                                       : P::XML_VAL_MININGFIELDACT);
+    schema->AddElement(field);
+  }
+  model->AddElement(schema);
+  XMLElement* modelStats = XMLElement::Create(P::XML_ELE_MODELSTATS);
+  for (const QXUniStats& s : stats) {
+    XMLElement* element = nullptr;
+    const QXStatus status = exporter.ExportUniStats(s, element);
+    if (status.IsOK()) modelStats->AddElement(element);
+  }
+  model->AddElement(modelStats);
+  const std::vector<double>& frequencies = stats[target].GetFrequencies();
+  double total = 0.0;
+  for (double f : frequencies)
+    total += f;
+  for (size_t k = 0; classification ? k < frequencies.size() : k < 1; ++k) {
+    if (classification && frequencies[k] <= 0.0) continue;
+    XMLElement* table = XMLElement::Create("RegressionTable");
+    table->AddAttribute("intercept", classification ? std::log(frequencies[k] / total)
+                                                    : stats[target].GetSummStats()[2]);
+    if (classification) {
+      table->AddAttribute(P::XML_ATT_TARGETCATEGORY, t->GetEncoder()->Decode(static_cast<int>(k)));
+    }
+    model->AddElement(table);
+  }
+  return model;
+}
+
+void WritePmml(const Options& options, const QXVarList& list,
+               const std::vector<QXUniStats>& stats) {
+  if (list.GetTargetIndex() < 0) {
+    throw InputError{options.shownName + ":1: error: --pmml needs a target variable (--target)"};
+  }
+  QXPMMLExporter exporter(nullptr);
+  std::unique_ptr<XMLElement> root(exporter.ExportPMMLElement());
+  const QXApplicInfo4XML info("data_dictionary example of qxcommon", "8.5", "");
+  XMLElement* part = nullptr;
+  exporter.ExportHeader(&info, "Intercept-only model of the fields of " + options.shownName, true,
+                        part);
+  root->AddElement(part);
+  if (!exporter.ExportDataDictionary(list, {}, part).IsOK()) {
+    throw InputError{options.shownName + ":1: error: the dictionary has an empty entry"};
+  }
+  root->AddElement(part);
+  root->AddElement(InterceptOnlyModel(exporter, list, stats));
+  XMLElement* extension = nullptr;
+  exporter.ExportExtension("dataModel", "", extension);
+  root->AddElement(extension);
+  exporter.ExportDataModel(list, {}, part);
+  extension->AddElement(part);
+  WriteDocument(options.pmml, *root, "PMML");
+}
+
+// A table with a row per field (cases, missing, minimum, maximum, mean,
+// standard deviation), then a section per field with its frequencies.
+void WriteStatXml(const std::string& path, const QXVarList& list,
+                  const std::vector<QXUniStats>& stats) {
+  std::unique_ptr<XMLElement> root(QXStatXMLUtil::BuildRoot());
+  QXVariateData table;
+  table.fDescription = "Univariate statistics";
+  table.fCoordinates.resize(1);
+  table.fCoordinates[0].fFeature = "column";
+  table.fCoordinates[0].fValueType = 2;
+  table.fCoordinates[0].fStringValues = {"cases",   "missing", "minimum",
+                                         "maximum", "mean",    "standardDeviation"};
+  std::vector<QXXMLRecordInfo> rows(stats.size());
+  std::vector<QXVariateData> sections(stats.size());
+  for (size_t i = 0; i < stats.size(); ++i) {
+    const QXUniStats& s = stats[i];
+    const IQXVariable* v = list.GetVarAt(static_cast<int>(i));
+    const std::vector<double> summary = s.GetSummStats();
+    rows[i].fRecordId = s.GetVarName();
+    rows[i].fRecordLabel = v->GetVariableLabel();
+    rows[i].fValueType = 1;
+    rows[i].fDoubleValues = {{s.GetNumberOfCases(), s.GetMissingFreq()}};
+    rows[i].fDoubleValues[0].insert(rows[i].fDoubleValues[0].end(), summary.begin(), summary.end());
+    QXVariateData& d = sections[i];
+    d.fDescription = s.GetVarName();
+    d.fCounts.resize(1);
+    d.fCounts[0].fTotalFreq = s.GetNumberOfCases();
+    d.fCounts[0].fMissingFreq = s.GetMissingFreq();
+    QXXMLCoordinates labels, frequencies;
+    labels.fFeature = s.IsCategorical() ? "category" : "interval";
+    labels.fField = s.GetVarName();
+    labels.fValueType = 2;
+    frequencies.fFeature = "frequency";
+    frequencies.fField = s.GetVarName();
+    frequencies.fValueType = 1;
+    frequencies.fDoubleValues = s.GetFrequencies();
+    if (s.IsCategorical()) {
+      d.fCounts[0].fCardinality = static_cast<double>(s.GetFrequencies().size());
+      for (size_t k = 0; k < s.GetFrequencies().size(); ++k)
+        labels.fStringValues.push_back(v->GetEncoder()->Decode(static_cast<int>(k)));
+    } else {
+      d.fIsStringStats = false;
+      d.fStatNames = {"minimum", "maximum", "mean", "standardDeviation"};
+      d.fStatValues = summary;
+      const std::vector<double>& cuts = s.GetCutPoints();
+      for (size_t k = 1; k < cuts.size(); ++k) {
+        char text[64];
+        if (k == 1) {
+          std::snprintf(text, sizeof text, "<= %.6g", cuts[k]);
+        } else {
+          std::snprintf(text, sizeof text, "(%.6g, %.6g]", cuts[k - 1], cuts[k]);
+        }
+        labels.fStringValues.push_back(text);
+      }
+    }
+    d.fCoordinates = {labels, frequencies};
+  }
+  XMLElement* section = table.GetMultiVariateDataElem();
+  QXStatXMLUtil::AddRecordInfos(*section, rows);
+  root->AddElement(section);
+  for (const QXVariateData& d : sections)
+    root->AddElement(d.GetUnivariateDataElem());
+  WriteDocument(path, *root, "StatXML");
+}
+
 void WriteDictionary(const std::string& path, const QXVarList& list) {
   std::ofstream out(path, std::ios::binary | std::ios::trunc);
   if (!out)
@@ -392,6 +595,11 @@ int Run(const Options& options) {
   list.UpdateNumbersOfCategories();
   Report(options.shownName, build, list, counts, cont, cat);
   WriteDictionary(options.save, list);
+  if (!options.pmml.empty() || !options.statxml.empty()) {
+    const std::vector<QXUniStats> stats = Summarise(list, counts);
+    if (!options.pmml.empty()) WritePmml(options, list, stats);
+    if (!options.statxml.empty()) WriteStatXml(options.statxml, list, stats);
+  }
   return 0;
 }
 
@@ -448,6 +656,9 @@ const char kUsage[] =
     "  --dictionary FILE      read the dictionary from FILE instead of the header\n"
     "  --save FILE            where to write the dictionary (default:\n"
     "                         <name of the CSV file>.dictionary.xml, in this folder)\n"
+    "  --pmml FILE            write a PMML document (the target's intercept-only\n"
+    "                         model with the dictionary and every field's statistics)\n"
+    "  --statxml FILE         write a StatXML document with a table of the statistics\n"
     "Without a file, a built-in sample is run twice: building its dictionary,\n"
     "then reading that back.\n";
 
@@ -479,6 +690,8 @@ int main(int argc, char** argv) {
     if (arg == "--weight") target = &options.weight;
     if (arg == "--dictionary") target = &options.dictionary;
     if (arg == "--save") target = &options.save;
+    if (arg == "--pmml") target = &options.pmml;
+    if (arg == "--statxml") target = &options.statxml;
     if (target != nullptr || arg == "--categorical") {
       if (i + 1 >= argc) return Usage("option " + arg + " needs a value");
       if (target != nullptr) {
