@@ -8,7 +8,6 @@
 
 #include <memory>
 #include <ostream>
-#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -16,30 +15,18 @@
 #include "qx/dictionary/qxvarlist.h"
 #include "qx/documents/qxpmmlexporter.h"
 #include "qx/foundation/internal/benchmarkratio.h"
+#include "qx/markup/internal/countingsink.h"
 #include "qx/markup/xmlelement.h"
 
 namespace {
 
 using namespace QXXML_850;
+using internal::CountBytes;
+using internal::CountingBuffer;
 using QXCommon_850::QXPMMLExporter;
 using V = IQXVariable;
 
 const int kCategories = 20;
-
-class CountingBuffer : public std::streambuf {
- public:
-  std::size_t count = 0;
-
- protected:
-  int_type overflow(int_type c) override {
-    ++count;
-    return traits_type::not_eof(c);
-  }
-  std::streamsize xsputn(const char*, std::streamsize n) override {
-    count += static_cast<std::size_t>(n);
-    return n;
-  }
-};
 
 // `n` categorical variables, string and numeric in turn, each with 20
 // categories and their labels, a label of its own and the input role.
@@ -88,11 +75,6 @@ void BM_ExportPMML(benchmark::State& state) {
   }
   state.SetBytesProcessed(static_cast<int64_t>(bytes) * state.iterations());
   state.counters["doc_MB"] = static_cast<double>(bytes) / 1e6;
-}
-
-int CountBytes(void* context, const char*, int length) {
-  *static_cast<std::size_t*>(context) += static_cast<std::size_t>(length);
-  return length;
 }
 
 const xmlChar* X(const std::string& text) {

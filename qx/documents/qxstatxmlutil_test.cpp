@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "qx/documents/internal/golden.h"
+#include "qx/documents/internal/documenttest.h"
 #include "qx/documents/qxvariatedata.h"
 #include "qx/foundation/internal/testlocale.h"
 #include "qx/foundation/qxcomponentdisplay.h"
@@ -31,12 +31,7 @@ const double MV = QXCommon_850::QXMV::Missing();
 // The element on one line; the element is deleted.
 std::string Text(XMLElement* element) {
   std::unique_ptr<XMLElement> owner(element);
-  if (element == nullptr) return "null";
-  std::string out;
-  ExportFormat format;
-  format.SetFormat(false);
-  element->ToString(out, format);
-  return out;
+  return internal::OneLine(element);
 }
 
 size_t Count(const std::string& text, const std::string& what) {

@@ -1,10 +1,8 @@
-#ifndef QX_DOCUMENTS_INTERNAL_GOLDEN_H
-#define QX_DOCUMENTS_INTERNAL_GOLDEN_H
+#ifndef QX_DOCUMENTS_INTERNAL_DOCUMENTTEST_H
+#define QX_DOCUMENTS_INTERNAL_DOCUMENTTEST_H
 
-// Test support (never installed): compares a written document with its
-// golden copy in testdata/, and on a difference leaves what was made in the
-// build tree to be looked at (and copied over the golden one if the change is
-// meant). See testdata/README.md.
+// Test support (never installed): an element as one line of text, and the
+// comparison of a written document with its golden copy in testdata/.
 
 #include <gtest/gtest.h>
 
@@ -13,9 +11,24 @@
 #include <sstream>
 #include <string>
 
+#include "qx/markup/xmlelement.h"
+
 namespace QXXML_850 {
 namespace internal {
 
+// The element written without line breaks; "null" for none.
+inline std::string OneLine(const XMLElement* element) {
+  if (element == nullptr) return "null";
+  std::string out;
+  ExportFormat format;
+  format.SetFormat(false);
+  element->ToString(out, format);
+  return out;
+}
+
+// On a difference the document made is left in the build tree, to be looked
+// at and copied over the golden one if the change is meant (see
+// testdata/README.md).
 inline void ExpectGolden(const std::string& name, const std::string& text) {
   const std::string golden = std::string(QX_TEST_SOURCE_DIR) + "/testdata/" + name;
   std::ifstream in(golden, std::ios::binary);
@@ -32,4 +45,4 @@ inline void ExpectGolden(const std::string& name, const std::string& text) {
 }  // namespace internal
 }  // namespace QXXML_850
 
-#endif  // QX_DOCUMENTS_INTERNAL_GOLDEN_H
+#endif  // QX_DOCUMENTS_INTERNAL_DOCUMENTTEST_H
