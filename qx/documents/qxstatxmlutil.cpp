@@ -545,8 +545,10 @@ XMLElement* QXStatXMLUtil::CreateElemRecordInfo(const QXXMLRecordInfo& r) {
 
 void QXStatXMLUtil::AddRecordInfos(XMLElement& parent,
                                    const std::vector<QXXMLRecordInfo>& records) {
+  // Unchecked: a record of an unknown value type adds a null child, which the
+  // writer skips.
   for (const QXXMLRecordInfo& record : records)
-    AddChild(parent, CreateElemRecordInfo(record));
+    parent.AddElement(CreateElemRecordInfo(record));
 }
 
 XMLElement* QXStatXMLUtil::CreateElemVarData(const std::string& name,
@@ -588,7 +590,7 @@ void QXStatXMLUtil::AddCoordinatesToVarData(XMLElement* parent,
   if (parent == nullptr || maximum <= 0) return;
   const size_t k = std::min(coordinates.size(), static_cast<size_t>(maximum));
   for (size_t i = 0; i < k; ++i)
-    AddChild(*parent, CreateElemCoordinates(coordinates[i]));
+    parent->AddElement(CreateElemCoordinates(coordinates[i]));  // null ones too
 }
 
 }  // namespace QXXML_850

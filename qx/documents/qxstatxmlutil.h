@@ -160,6 +160,8 @@ class QXCOMMON_API QXStatXMLUtil {
                                           const std::vector<std::vector<std::string>>& values);
   // Null unless the value type is 0, 1 or 2.
   static XMLElement* CreateElemRecordInfo(const QXXMLRecordInfo& record);
+  // A record or coordinates of an unknown value type is added as a null
+  // child, which the writer skips but which keeps the parent open: <a></a>.
   static void AddRecordInfos(XMLElement& parent, const std::vector<QXXMLRecordInfo>& records);
 
   // A statistics section named `name` ("UnivariateData", "BivariateData" or

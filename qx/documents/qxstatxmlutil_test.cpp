@@ -145,6 +145,9 @@ TEST(QXStatXMLUtilTest, SectionsHoldWhatTheirKindAllows) {
             "<Array type=\"int\" n=\"1\">2</Array></RecordInfo>");
   record.fValueType = 3;
   EXPECT_EQ(U::CreateElemRecordInfo(record), nullptr);
+  QXVariateData untyped;  // its coordinates have no value type: a null child
+  untyped.fCoordinates.resize(1);
+  EXPECT_EQ(Text(untyped.GetUnivariateDataElem()), "<UnivariateData></UnivariateData>");
 
   std::ostringstream shown;
   QXDisplay_850::SetOutStream(shown);
