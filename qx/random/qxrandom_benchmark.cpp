@@ -7,6 +7,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <random>
 #include <vector>
@@ -141,6 +143,46 @@ void BM_RNGBinomial(benchmark::State& state) {
 BENCHMARK(BM_StdBinomial)->Arg(20)->Arg(1000)->Arg(1000000);
 BENCHMARK(BM_RNGBinomial)->Arg(20)->Arg(1000)->Arg(1000000);
 QX_BENCHMARK_RATIO("BM_RNGBinomial", "BM_StdBinomial");
+
+// Wishart draws of order p with p + 10 degrees of freedom, against the same
+// triangular construction from std:: variates and a plain L L^T loop.
+void BM_PlainWishart(benchmark::State& state) {
+  const int p = static_cast<int>(state.range(0));
+  std::mt19937 g(5489);
+  std::normal_distribution<double> normal(0.0, 1.0);
+  std::chi_squared_distribution<double> chi(10.0);
+  std::vector<double> l(static_cast<std::size_t>(p) * p, 0.0), w(p * (p + 1) / 2);
+  for (auto _ : state) {
+    for (int i = 0; i < p; ++i) {
+      l[i * p + i] = std::sqrt(chi(g));
+      for (int j = 0; j < i; ++j)
+        l[i * p + j] = normal(g);
+    }
+    for (int i = 0, k = 0; i < p; ++i) {
+      for (int j = 0; j <= i; ++j, ++k) {
+        double sum = 0.0;
+        for (int r = 0; r <= j; ++r)
+          sum += l[i * p + r] * l[j * p + r];
+        w[k] = sum;
+      }
+    }
+    benchmark::DoNotOptimize(w.data());
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+void BM_Wishart(benchmark::State& state) {
+  const int p = static_cast<int>(state.range(0));
+  QXRandomValues v;
+  v.SetSeed(5489);
+  v.SetParamWishart(p, p + 10.0);
+  QXSymMatrix w;
+  for (auto _ : state)
+    benchmark::DoNotOptimize(v.GetRandom(w));
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_PlainWishart)->Arg(5)->Arg(50);
+BENCHMARK(BM_Wishart)->Arg(5)->Arg(50);
+QX_BENCHMARK_RATIO("BM_Wishart", "BM_PlainWishart");
 
 }  // namespace
 }  // namespace QXMath_850
