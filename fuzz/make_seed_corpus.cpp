@@ -147,6 +147,19 @@ void URandom(std::ostream& os, int depth) {
 
 }  // namespace
 
+// One object twice: as a saving application writes it (header, root, the
+// object one deep), and alone, as a class's ReadObjectXML meets it in a file.
+template <class Write>
+void WriteBothForms(const std::string& folder, const std::string& name, Write write) {
+  std::ofstream whole(folder + "/" + name + ".xml", std::ios::binary);
+  QXXML_850::StartDocument(whole);
+  QXXML_850::StartRoot(whole, "(c) qxcommon seed corpus");
+  write(whole, 1);
+  QXXML_850::EndRoot(whole);
+  std::ofstream bare(folder + "/" + name + "_object.xml", std::ios::binary);
+  write(bare, 0);
+}
+
 // QXURandom in each of its modes, written by its own writers.
 void URandomFiles(const std::string& folder) {
   const struct {
@@ -162,13 +175,8 @@ void URandomFiles(const std::string& folder) {
     std::fstream binary(folder + "/" + m.name + ".bin",
                         std::ios::out | std::ios::binary | std::ios::trunc);
     r.WriteObject(binary);
-    std::ofstream xml(folder + "/" + m.name + ".xml", std::ios::binary);
-    QXXML_850::StartDocument(xml);
-    QXXML_850::StartRoot(xml, "(c) qxcommon seed corpus");
-    r.WriteObjectXML(xml, 1);
-    QXXML_850::EndRoot(xml);
-    std::ofstream bare(folder + "/" + m.name + "_object.xml", std::ios::binary);
-    r.WriteObjectXML(bare, 0);
+    WriteBothForms(folder, m.name,
+                   [&](std::ostream& os, int depth) { r.WriteObjectXML(os, depth); });
   }
 }
 
@@ -191,16 +199,7 @@ int main(int argc, char** argv) {
       {"catnumencoder", CatNumEncoder},
       {"stringencoder", StringEncoder},
   };
-  for (const auto& seed : seeds) {
-    // As a saving application writes it: header, root, the object one deep.
-    std::ofstream whole(folder + "/" + seed.first + ".xml", std::ios::binary);
-    QXXML_850::StartDocument(whole);
-    QXXML_850::StartRoot(whole, "(c) qxcommon seed corpus");
-    seed.second(whole, 1);
-    QXXML_850::EndRoot(whole);
-    // The object alone, as a class's ReadObjectXML meets it inside a file.
-    std::ofstream bare(folder + "/" + seed.first + "_object.xml", std::ios::binary);
-    seed.second(bare, 0);
-  }
+  for (const auto& seed : seeds)
+    WriteBothForms(folder, seed.first, seed.second);
   return 0;
 }

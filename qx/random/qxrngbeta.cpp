@@ -16,45 +16,19 @@ constexpr int kMaxRounds = 5000;
 }  // namespace
 
 struct QXRNGBeta::Impl {
-  internal::SharedSource source;
-  QXRNGNormal normal{0.0, 1.0};
+  // The inner normal generator draws from the same source.
+  internal::ChainedSource<QXRNGNormal> source{QXRNGNormal(0.0, 1.0)};
   double a = 1.0;
   double b = 1.0;
   double maxExp = 709.0;
   double minExp = -708.0;
-
-  Impl() = default;
-  // The copy's inner normal draws from the copy's own source.
-  Impl(const Impl& other)
-      : source(other.source),
-        normal(other.normal),
-        a(other.a),
-        b(other.b),
-        maxExp(other.maxExp),
-        minExp(other.minExp) {
-    if (source.Get() != nullptr) normal.SetURNGenerator(*source.Get());
-  }
-  Impl& operator=(const Impl& other) {
-    source = other.source;
-    normal = other.normal;
-    a = other.a;
-    b = other.b;
-    if (source.Get() != nullptr) normal.SetURNGenerator(*source.Get());
-    return *this;
-  }
 
   void Set(double x, double y) {
     const bool bad = !(x > 0.0) || !(y > 0.0);
     a = bad ? 1.0 : x;
     b = bad ? 1.0 : y;
   }
-  void Ensure() {
-    if (source.Ensure()) normal.SetURNGenerator(*source.Get());
-  }
-  void Use(QXRNGenerator& g) {
-    source.Use(g);
-    normal.SetURNGenerator(g);
-  }
+  double GetNext() { return GetNextImpl(a, b); }
   // A uniform above 0; false if the source never gives one.
   bool Positive(double& u) {
     for (long i = 0; i < internal::kMaxRejections; ++i) {
@@ -86,7 +60,7 @@ bool QXRNGBeta::Impl::NormalEnvelope(double p, double q, double& x) {
     long tries = 0;
     do {
       if (++tries > internal::kMaxRejections) return false;
-      z = normal.GetNext();
+      z = source.GetInner().GetNext();
       x = (0.5 / s) * z + a1 / n;
     } while (!(x >= 0.0 && x <= 1.0));
     double u;
@@ -115,7 +89,7 @@ bool QXRNGBeta::Impl::Johnk(double p, double q, double& x) {
 }
 
 double QXRNGBeta::Impl::GetNextImpl(double p, double q) {
-  Ensure();
+  source.Ensure();
   if (!(p > 0.0) || !(q > 0.0)) return -1.0;
   double x;
   if (p > 1.0 && q > 1.0) {
@@ -132,37 +106,7 @@ double QXRNGBeta::Impl::GetNextImpl(double p, double q) {
   return QXDistFun::IdfBeta(source.Next(), p, q);
 }
 
-QXRNGBeta::QXRNGBeta(double a, double b) : impl(new Impl()) {
-  impl->Set(a, b);
-}
-
-QXRNGBeta::QXRNGBeta(const QXRNGBeta& other) : impl(new Impl(*other.impl)) {}
-
-QXRNGBeta& QXRNGBeta::operator=(const QXRNGBeta& other) {
-  *impl = *other.impl;
-  return *this;
-}
-
-QXRNGBeta::~QXRNGBeta() {
-  delete impl;
-}
-
-void QXRNGBeta::SetParameters(double a, double b) {
-  impl->Set(a, b);
-}
-
-void QXRNGBeta::SetURNGenerator(QXRNGenerator& g) {
-  impl->Use(g);
-}
-
-void QXRNGBeta::SetSeed(double seed) {
-  impl->Ensure();
-  impl->source.Get()->SetSeed(seed);
-}
-
-double QXRNGBeta::GetNext() {
-  return impl->GetNextImpl(impl->a, impl->b);
-}
+QX_RANDOM_VARIATE_MEMBERS(QXRNGBeta)
 
 double QXRNGBeta::GetNext(double a, double b) {
   return impl->GetNextImpl(a, b);

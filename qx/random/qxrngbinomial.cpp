@@ -16,37 +16,17 @@ bool GoodPair(double n, double p) {
 }  // namespace
 
 struct QXRNGBinomial::Impl {
-  internal::SharedSource source;
-  QXRNGBeta beta{1.0, 1.0};
+  // The inner beta generator draws from the same source.
+  internal::ChainedSource<QXRNGBeta> source{QXRNGBeta(1.0, 1.0)};
   double n = 0.0;
   double p = 0.0;
-
-  Impl() = default;
-  // The copy's inner beta draws from the copy's own source.
-  Impl(const Impl& other) : source(other.source), beta(other.beta), n(other.n), p(other.p) {
-    if (source.Get() != nullptr) beta.SetURNGenerator(*source.Get());
-  }
-  Impl& operator=(const Impl& other) {
-    source = other.source;
-    beta = other.beta;
-    n = other.n;
-    p = other.p;
-    if (source.Get() != nullptr) beta.SetURNGenerator(*source.Get());
-    return *this;
-  }
 
   void Set(double count, double prob) {
     const bool good = GoodPair(count, prob);
     n = good ? count : 0.0;
     p = good ? prob : 0.0;
   }
-  void Ensure() {
-    if (source.Ensure()) beta.SetURNGenerator(*source.Get());
-  }
-  void Use(QXRNGenerator& g) {
-    source.Use(g);
-    beta.SetURNGenerator(g);
-  }
+  double GetNext() { return GetNextImpl(n, p); }
   // Bernoulli trials one by one: the number of m uniforms not above q. A q
   // just above 1 can only come from rounding in the splitting (p = 1 at the
   // top of its window) and counts as 1.
@@ -67,7 +47,7 @@ struct QXRNGBinomial::Impl {
 // current window is a Beta(i, i) draw; the trials below it or above it are
 // uniform on their part of the window, and p falls in one of the two.
 double QXRNGBinomial::Impl::GetNextImpl(double count, double prob) {
-  Ensure();
+  source.Ensure();
   if (!(count > 0.0) || !(prob > 0.0)) return 0.0;
   double k = 0.0, lo = 0.0, width = 1.0, q = prob, m = count;
   while (m > 99.0) {
@@ -76,7 +56,7 @@ double QXRNGBinomial::Impl::GetNextImpl(double count, double prob) {
       if (source.Next() <= q) k += 1.0;
     }
     const double i = (m + 1.0) / 2.0;
-    const double v = width * beta.GetNext(i, i);
+    const double v = width * source.GetInner().GetNext(i, i);
     const double t = lo + v;
     if (prob < t) {
       q = (prob - lo) / v;
@@ -92,37 +72,7 @@ double QXRNGBinomial::Impl::GetNextImpl(double count, double prob) {
   return k + SimpleMethod(static_cast<int>(m), q);
 }
 
-QXRNGBinomial::QXRNGBinomial(double n, double p) : impl(new Impl()) {
-  impl->Set(n, p);
-}
-
-QXRNGBinomial::QXRNGBinomial(const QXRNGBinomial& other) : impl(new Impl(*other.impl)) {}
-
-QXRNGBinomial& QXRNGBinomial::operator=(const QXRNGBinomial& other) {
-  *impl = *other.impl;
-  return *this;
-}
-
-QXRNGBinomial::~QXRNGBinomial() {
-  delete impl;
-}
-
-void QXRNGBinomial::SetParameters(double n, double p) {
-  impl->Set(n, p);
-}
-
-void QXRNGBinomial::SetURNGenerator(QXRNGenerator& g) {
-  impl->Use(g);
-}
-
-void QXRNGBinomial::SetSeed(double seed) {
-  impl->Ensure();
-  impl->source.Get()->SetSeed(seed);
-}
-
-double QXRNGBinomial::GetNext() {
-  return impl->GetNextImpl(impl->n, impl->p);
-}
+QX_RANDOM_VARIATE_MEMBERS(QXRNGBinomial)
 
 double QXRNGBinomial::GetNext(double n, double p) {
   if (!GoodPair(n, p)) return 0.0;

@@ -15,6 +15,7 @@ struct QXRNGNormal::Impl {
     mean = s < 0.0 ? 0.0 : m;
     sd = s < 0.0 ? 1.0 : s;
   }
+  double GetNext() { return GetNextImpl(mean, sd); }
   double GetNextImpl(double m, double s) {
     source.Ensure();
     const double z = internal::KindermanRamage([this] { return source.Next(); });
@@ -23,37 +24,7 @@ struct QXRNGNormal::Impl {
   }
 };
 
-QXRNGNormal::QXRNGNormal(double mean, double sd) : impl(new Impl()) {
-  impl->Set(mean, sd);
-}
-
-QXRNGNormal::QXRNGNormal(const QXRNGNormal& other) : impl(new Impl(*other.impl)) {}
-
-QXRNGNormal& QXRNGNormal::operator=(const QXRNGNormal& other) {
-  *impl = *other.impl;
-  return *this;
-}
-
-QXRNGNormal::~QXRNGNormal() {
-  delete impl;
-}
-
-void QXRNGNormal::SetParameters(double mean, double sd) {
-  impl->Set(mean, sd);
-}
-
-void QXRNGNormal::SetURNGenerator(QXRNGenerator& g) {
-  impl->source.Use(g);
-}
-
-void QXRNGNormal::SetSeed(double seed) {
-  impl->source.Ensure();
-  impl->source.Get()->SetSeed(seed);
-}
-
-double QXRNGNormal::GetNext() {
-  return impl->GetNextImpl(impl->mean, impl->sd);
-}
+QX_RANDOM_VARIATE_MEMBERS(QXRNGNormal)
 
 double QXRNGNormal::GetNext(double mean, double sd) {
   if (sd < 0.0) return impl->GetNextImpl(0.0, 1.0);

@@ -35,10 +35,7 @@ QXURandom::QXURandom(unsigned long s, bool portable, bool twisterFlag, QXCommon_
       useTwister(portable && twisterFlag && user == nullptr),
       twister(nullptr),
       userRNG(user) {
-  if (useTwister) {
-    twister = new QXRandomTwister();
-    twister->Initialize(s);
-  }
+  if (useTwister) StartTwister();
 }
 
 QXURandom::QXURandom(const QXURandom& other)
@@ -47,10 +44,7 @@ QXURandom::QXURandom(const QXURandom& other)
       useTwister(other.useTwister),
       twister(nullptr),
       userRNG(other.userRNG) {
-  if (useTwister) {
-    twister = new QXRandomTwister();
-    twister->Initialize(static_cast<unsigned long>(seed));
-  }
+  if (useTwister) StartTwister();
 }
 
 QXURandom& QXURandom::operator=(const QXURandom& other) {
@@ -59,11 +53,11 @@ QXURandom& QXURandom::operator=(const QXURandom& other) {
   usePortable = other.usePortable;
   useTwister = other.useTwister;
   userRNG = other.userRNG;
-  delete twister;
-  twister = nullptr;
   if (useTwister) {
-    twister = new QXRandomTwister();
-    twister->Initialize(static_cast<unsigned long>(seed));
+    StartTwister();
+  } else {
+    delete twister;
+    twister = nullptr;
   }
   return *this;
 }
@@ -80,21 +74,20 @@ double QXURandom::GetRandom() {
     seed = static_cast<std::uint64_t>(next);
     return static_cast<double>(next) * internal::kCongruentialScale;
   }
-  if (twister == nullptr) {
-    // Restored from a file and never re-seeded: start from the stored seed.
-    twister = new QXRandomTwister();
-    twister->Initialize(static_cast<unsigned long>(seed));
-  }
+  // Restored from a file and never re-seeded: start from the stored seed.
+  if (twister == nullptr) StartTwister();
   return twister->GetRealOpen();
 }
 
 void QXURandom::SetSeed(unsigned long s) {
   seed = s;
   if (!usePortable) std::srand(static_cast<unsigned int>(s));
-  if (useTwister) {
-    if (twister == nullptr) twister = new QXRandomTwister();
-    twister->Initialize(s);
-  }
+  if (useTwister) StartTwister();
+}
+
+void QXURandom::StartTwister() {
+  if (twister == nullptr) twister = new QXRandomTwister();
+  twister->Initialize(static_cast<unsigned long>(seed));
 }
 
 void QXURandom::SetUsePortable(bool portable) {

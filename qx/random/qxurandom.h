@@ -82,6 +82,8 @@ class QXCOMMON_API QXURandom {
   int ReadObjectXML(std::ifstream& is);
 
  private:
+  // Seeds the twister from the seed field, creating it if need be.
+  void StartTwister();
   // Sets the three persisted fields together, after a successful read.
   void Restore(double storedSeed, bool portable, bool twisterFlag);
 
