@@ -144,19 +144,50 @@ BENCHMARK(BM_StdBinomial)->Arg(20)->Arg(1000)->Arg(1000000);
 BENCHMARK(BM_RNGBinomial)->Arg(20)->Arg(1000)->Arg(1000000);
 QX_BENCHMARK_RATIO("BM_RNGBinomial", "BM_StdBinomial");
 
-// Wishart draws of order p with p + 10 degrees of freedom, against the same
-// triangular construction from std:: variates and a plain L L^T loop.
+// Wishart draws of order p with p + 10 degrees of freedom, with the identity
+// scale and with scale S = C C^T (C lower triangular with 1 on and 0.5 below
+// the diagonal), against the same triangular construction from std:: variates
+// and plain loops: L L^T, or G G^T with G = C L.
+QXSymMatrix Scale(int p) {
+  QXSymMatrix s(p, true);
+  for (int i = 0; i < p; ++i) {
+    for (int j = 0; j <= i; ++j) {
+      double sum = 0.0;
+      for (int r = 0; r <= j; ++r)
+        sum += (r == i ? 1.0 : 0.5) * (r == j ? 1.0 : 0.5);
+      s.SetElem(i, j, sum);
+    }
+  }
+  return s;
+}
 void BM_PlainWishart(benchmark::State& state) {
   const int p = static_cast<int>(state.range(0));
+  const bool scaled = state.range(1) != 0;
   std::mt19937 g(5489);
   std::normal_distribution<double> normal(0.0, 1.0);
   std::chi_squared_distribution<double> chi(10.0);
-  std::vector<double> l(static_cast<std::size_t>(p) * p, 0.0), w(p * (p + 1) / 2);
+  const std::size_t square = static_cast<std::size_t>(p) * p;
+  std::vector<double> l(square, 0.0), c(square, 0.0), w(p * (p + 1) / 2);
+  for (int i = 0; i < p; ++i) {
+    for (int j = 0; j <= i; ++j)
+      c[i * p + j] = i == j ? 1.0 : 0.5;
+  }
   for (auto _ : state) {
     for (int i = 0; i < p; ++i) {
       l[i * p + i] = std::sqrt(chi(g));
       for (int j = 0; j < i; ++j)
         l[i * p + j] = normal(g);
+    }
+    if (scaled) {
+      // G = C L, lower triangular, in place from the bottom row up.
+      for (int i = p - 1; i >= 0; --i) {
+        for (int j = 0; j <= i; ++j) {
+          double sum = 0.0;
+          for (int r = j; r <= i; ++r)
+            sum += c[i * p + r] * l[r * p + j];
+          l[i * p + j] = sum;
+        }
+      }
     }
     for (int i = 0, k = 0; i < p; ++i) {
       for (int j = 0; j <= i; ++j, ++k) {
@@ -174,14 +205,18 @@ void BM_Wishart(benchmark::State& state) {
   const int p = static_cast<int>(state.range(0));
   QXRandomValues v;
   v.SetSeed(5489);
-  v.SetParamWishart(p, p + 10.0);
+  if (state.range(1) != 0) {
+    v.SetParamWishart(p, p + 10.0, Scale(p));
+  } else {
+    v.SetParamWishart(p, p + 10.0);
+  }
   QXSymMatrix w;
   for (auto _ : state)
     benchmark::DoNotOptimize(v.GetRandom(w));
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(BM_PlainWishart)->Arg(5)->Arg(50);
-BENCHMARK(BM_Wishart)->Arg(5)->Arg(50);
+BENCHMARK(BM_PlainWishart)->ArgsProduct({{5, 50}, {0, 1}});
+BENCHMARK(BM_Wishart)->ArgsProduct({{5, 50}, {0, 1}});
 QX_BENCHMARK_RATIO("BM_Wishart", "BM_PlainWishart");
 
 }  // namespace

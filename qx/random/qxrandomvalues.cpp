@@ -231,7 +231,11 @@ bool QXRandomValues::GetRandom(std::vector<double>& out) {
     if (QXMV::IsMissing(out[i])) return false;
   }
   if (isStandard) return true;
-  return false;  // PENDING ComputeLV
+  std::vector<double> y;
+  normChol.ComputeLV(out, y);
+  for (int i = 0; i < nVariates; ++i)
+    out[i] = normSigma * y[i] + normMeans[i];
+  return true;
 }
 
 bool QXRandomValues::GetRandom(QXSymMatrix& out) {
@@ -253,7 +257,8 @@ bool QXRandomValues::GetRandom(QXSymMatrix& out) {
     out.LTLLTrans();
     return true;
   }
-  return false;  // PENDING ComputeLSLTrans
+  l.LTLLTrans();
+  return l.ComputeLSLTrans(fmWishartChol, out);
 }
 
 double QXRandomValues::RVUni(double lo, double hi) {

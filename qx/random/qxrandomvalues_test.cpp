@@ -151,12 +151,16 @@ TEST(QXRandomValuesTest, TakesTheFirstCallersSourceAndSetSeedReplacesIt) {
 // Each generator on the twister seeded with 2024, and once on the congruential
 // source; multivariate draws are summed over their elements.
 TEST(QXRandomValuesTest, GoldenSequences) {
-  QXRandomValues uniform, normal, rv, chi, multi, wishart, congruential;
-  for (QXRandomValues* v : {&uniform, &normal, &rv, &chi, &multi, &wishart, &congruential})
+  QXRandomValues uniform, normal, rv, chi, multi, multinormal, wishart, scaled, congruential;
+  for (QXRandomValues* v :
+       {&uniform, &normal, &rv, &chi, &multi, &multinormal, &wishart, &scaled, &congruential}) {
     v->SetSeed(2024);
+  }
   ASSERT_TRUE(uniform.SetParamUniform(-2.0, 3.0) && normal.SetParamNormal(5.0, 4.0) &&
               chi.SetParamChi(4.0) && multi.SetParamUniform({0.0, 10.0}, {1.0, 20.0}) &&
+              multinormal.SetParamNormal({1.0, 2.0}, 3.0, Matrix(2, {4, 2, 5})) &&
               wishart.SetParamWishart(3, 5.5) &&
+              scaled.SetParamWishart(2, 4.5, Matrix(2, {4, 2, 5})) &&
               congruential.SetURNGPtr(new QXURandom(2024, true, false, nullptr)));
   std::vector<double> out;
   QXSymMatrix w;
@@ -179,6 +183,10 @@ TEST(QXRandomValuesTest, GoldenSequences) {
         15491.777611043304},
        {"Wishart", [&] { return total(wishart.GetRandom(w), w.AsVector()); }, 500,
         5292.7677394451484},
+       {"multivariate normal", [&] { return total(multinormal.GetRandom(out), out); }, 1000,
+        3218.3832651825087},
+       {"scaled Wishart", [&] { return total(scaled.GetRandom(w), w.AsVector()); }, 500,
+        16033.747397447412},
        {"normal on the congruential source", [&] { return congruential.RVSNor(); }, 2000,
         17.279987257698128}});
   congruential.SetSeed(1);  // deletes the source given above
@@ -243,6 +251,49 @@ TEST(QXRandomValuesTest, WishartMeanIsTheDocumentedExpectation) {
                 out = w.AsVector();
               },
               {4.5, 0.0, 5.5, 0.0, 0.0, 6.5});
+  // With scale S = C C^T the draw is C W C^T, of mean C diag(m - p + i) C^T.
+  const QXSymMatrix scale = Matrix(2, {4, 2, 5});
+  const double c[2][2] = {{2.0, 0.0}, {1.0, 2.0}}, d[2] = {2.5, 3.5};
+  std::vector<double> mean;
+  for (int i = 0; i < 2; ++i) {
+    for (int j = 0; j <= i; ++j)
+      mean.push_back(c[i][0] * d[0] * c[j][0] + c[i][1] * d[1] * c[j][1]);
+  }
+  ASSERT_TRUE(v.SetParamWishart(2, 4.5, scale));
+  ExpectMeans(
+      20000, 3,
+      [&](std::vector<double>& out) {
+        ASSERT_TRUE(v.GetRandom(w));
+        out = w.AsVector();
+      },
+      mean);
+}
+
+TEST(QXRandomValuesTest, MultivariateNormalMeanAndCovarianceMatchTheirExpectation) {
+  // Covariance sigma2 * cov; the third variable is the sum of the first two,
+  // so cov is only semi-definite and its factor has one redundant row.
+  const std::vector<double> means = {1.0, -2.0, 0.5};
+  const QXSymMatrix cov = Matrix(3, {4, 1, 2, 5, 3, 8});
+  QXRandomValues v;
+  v.SetSeed(31);
+  ASSERT_TRUE(v.SetParamNormal(means, 0.25, cov));
+  std::vector<double> x, expected = means;
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j <= i; ++j)
+      expected.push_back(0.25 * cov.GetElem(i, j));
+  }
+  ExpectMeans(
+      20000, 9,
+      [&](std::vector<double>& out) {
+        ASSERT_TRUE(v.GetRandom(x));
+        out.assign(x.begin(), x.end());
+        for (int i = 0; i < 3; ++i) {
+          for (int j = 0; j <= i; ++j)
+            out.push_back((x[i] - means[i]) * (x[j] - means[j]));
+        }
+      },
+      expected);
+  EXPECT_NEAR(x[2] - means[2], (x[0] - means[0]) + (x[1] - means[1]), 1e-12);
 }
 
 TEST(QXRandomValuesTest, DisplayNamesTheDistributionAndItsParameters) {
