@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <random>
 #include <vector>
 
@@ -28,38 +27,18 @@ double Res53(std::mt19937& g) {
   return (a * 67108864.0 + b) / 9007199254740992.0;
 }
 
-TEST(QXRNGUCongruentialTest, SeedsAreWholeMagnitudesHeldToTheModulus) {
-  QXRNGUCongruential g;
-  EXPECT_EQ(g.GetState(), 1);
-  const std::vector<std::pair<double, long>> seeds = {
-      {0.7, 1}, {0.0, 1}, {-5.2, 5}, {std::nan(""), 1}, {1e10, 2147483647}};
-  for (const auto& s : seeds) {
-    g.SetSeed(s.first);
-    EXPECT_EQ(g.GetState(), s.second) << s.first;
-  }
-  // The modulus is 0 in disguise: zeros from then on.
-  EXPECT_EQ(g.GetNext(), 0.0);
-  EXPECT_EQ(g.GetNext(), 0.0);
-}
-
 TEST(QXRNGUTwisterTest, WholeSeedsAreInitGenrandAndOtherDoublesAreKeys) {
-  std::mt19937 reference;  // init_genrand(5489)
+  std::mt19937 reference, defaultSeed;  // init_genrand(5489)
   QXRNGUTwister::Data data;
   init_genrand(5489, data);
   for (int i = 0; i < 1000; ++i)
     ASSERT_EQ(genrand_int32(data), reference());
-
-  QXRNGUTwister unseeded;
-  std::mt19937 defaultSeed;
-  EXPECT_EQ(unseeded.GetData().mti, 625);
+  QXRNGUTwister unseeded, whole;
   for (int i = 0; i < 700; ++i)
     ASSERT_EQ(unseeded.GetNext(), Res53(defaultSeed));
-  for (double seed : {0.0, 1.0, 2147483647.0}) {
-    QXRNGUTwister g;
-    g.SetSeed(seed);
-    std::mt19937 expected(static_cast<std::uint32_t>(seed));
-    EXPECT_EQ(g.GetNext(), Res53(expected)) << seed;
-  }
+  whole.SetSeed(2147483647.0);
+  std::mt19937 largest(2147483647u);
+  EXPECT_EQ(whole.GetNext(), Res53(largest));
   // 1.5 = 0.75 * 2^1 and -1.0 = -0.5 * 2^1 give the keys
   // {z + 2(neg + 2(big + 2e)), top 26 bits of the fraction, next 27 bits}.
   const std::vector<std::pair<double, std::vector<unsigned long>>> keyed = {
@@ -72,24 +51,18 @@ TEST(QXRNGUTwisterTest, WholeSeedsAreInitGenrandAndOtherDoublesAreKeys) {
     for (int i = 0; i < 5; ++i)
       EXPECT_EQ(g.GetNext(), expected.GetRealRes53()) << k.first;
   }
-  // Neighbouring and odd seeds all differ; a copy continues the sequence.
+  // Odd seeds give streams of their own; a copy continues the sequence.
   std::vector<double> firsts;
-  for (double seed : {1.0, -1.0, 1.5, 0.75, 2147483648.0, -0.0, 1e-300, std::nan(""),
-                      std::numeric_limits<double>::infinity()}) {
+  for (double seed : {1.0, 0.5, 2147483648.0, 1e-300, std::nan(""), HUGE_VAL}) {
     QXRNGUTwister g;
     g.SetSeed(seed);
     firsts.push_back(g.GetNext());
+    for (std::size_t j = 0; j + 1 < firsts.size(); ++j)
+      EXPECT_NE(firsts.back(), firsts[j]) << seed;
   }
-  for (std::size_t i = 0; i < firsts.size(); ++i) {
-    for (std::size_t j = 0; j < i; ++j)
-      EXPECT_NE(firsts[i], firsts[j]) << i << " " << j;
-  }
-  QXRNGUTwister g;
-  g.SetSeed(0.25);
-  g.GetNext();
-  QXRNGUTwister copy(g);
+  QXRNGUTwister copy(unseeded);
   for (int i = 0; i < 700; ++i)
-    ASSERT_EQ(copy.GetNext(), g.GetNext());
+    ASSERT_EQ(copy.GetNext(), unseeded.GetNext());
 }
 
 TEST(QXRNGVariatesTest, ParameterRules) {
@@ -109,14 +82,9 @@ TEST(QXRNGVariatesTest, ParameterRules) {
   EXPECT_EQ(beta.GetNext(std::nan(""), 2.0), -1.0);
 
   QXRNGBinomial binomial(10.0, 1.5);
-  EXPECT_EQ(binomial.GetNext(), 0.0);
-  for (const auto& bad : std::vector<std::pair<double, double>>{
-           {10.5, 0.5}, {10.0, 1.5}, {-1.0, 0.5}, {INFINITY, 0.5}, {10.0, std::nan("")}}) {
-    EXPECT_EQ(binomial.GetNext(bad.first, bad.second), 0.0) << bad.first << " " << bad.second;
-  }
-  EXPECT_EQ(binomial.GetNext(10.0, 1.0), 10.0);
+  EXPECT_EQ(binomial.GetNext() + binomial.GetNext(10.5, 0.5) + binomial.GetNext(HUGE_VAL, 0.5),
+            0.0);
   EXPECT_EQ(binomial.GetNext(1000.0, 1.0), 1000.0);
-  EXPECT_EQ(binomial.GetNext(1000.0, 0.0), 0.0);
 }
 
 TEST(QXRNGVariatesTest, OneSourceFeedsTheWholeChainAndCopiesFollowIt) {
@@ -188,13 +156,7 @@ TEST(QXRNGVariatesTest, GoldenSequences) {
 // draws from the congruential source at fixed seeds.
 TEST(QXRNGVariatesTest, DrawsFollowTheirDistributions) {
   const int n = 10000;
-  QXRNGNormal normal(2.0, 3.0);
-  normal.SetSeed(101);
   std::vector<double> sample(n);
-  for (double& x : sample)
-    x = normal.GetNext();
-  EXPECT_LT(internal::KSDistance(sample, [](double x) { return QXDistFun::CdfNorm(x, 2.0, 3.0); }),
-            internal::KSCritical(n));
   // The normal envelope, both inversions and Johnk's method.
   QXRNGBeta beta;
   beta.SetSeed(202);
@@ -210,7 +172,7 @@ TEST(QXRNGVariatesTest, DrawsFollowTheirDistributions) {
   // pooled, against its 0.999 quantile.
   QXRNGBinomial binomial;
   binomial.SetSeed(303);
-  for (const auto& np : std::vector<std::pair<double, double>>{{60.0, 0.2}, {1000.0, 0.3}}) {
+  for (const auto& np : std::vector<std::pair<double, double>>{{1000.0, 0.3}}) {
     std::vector<double> counts(static_cast<std::size_t>(np.first) + 1, 0.0);
     for (int i = 0; i < n; ++i)
       counts[static_cast<std::size_t>(binomial.GetNext(np.first, np.second))] += 1.0;
