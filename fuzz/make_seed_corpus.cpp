@@ -1,13 +1,16 @@
 // Writes the seed corpus of the persisted-object fuzzers: valid files in the
-// layouts of the library's persisted classes, with the header and without.
-// Run by hand (fuzz preset: build/fuzz/fuzz/make_seed_corpus <folder>); the
-// files are checked in under fuzz/corpus and never regenerated in CI.
+// layouts of the library's persisted classes, with the header and without,
+// and, given a second folder, QXURandom's own binary and XML files. Run by
+// hand (fuzz preset: build/fuzz/fuzz/make_seed_corpus fuzz/corpus/savexml_reader_fuzzer
+// fuzz/corpus/qxurandom_fuzzer); the files are checked in under fuzz/corpus and
+// never regenerated in CI.
 #include <fstream>
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "qx/markup/savexml.h"
+#include "qx/random/qxurandom.h"
 
 namespace {
 
@@ -144,11 +147,45 @@ void URandom(std::ostream& os, int depth) {
 
 }  // namespace
 
+// One object twice: as a saving application writes it (header, root, the
+// object one deep), and alone, as a class's ReadObjectXML meets it in a file.
+template <class Write>
+void WriteBothForms(const std::string& folder, const std::string& name, Write write) {
+  std::ofstream whole(folder + "/" + name + ".xml", std::ios::binary);
+  QXXML_850::StartDocument(whole);
+  QXXML_850::StartRoot(whole, "(c) qxcommon seed corpus");
+  write(whole, 1);
+  QXXML_850::EndRoot(whole);
+  std::ofstream bare(folder + "/" + name + "_object.xml", std::ios::binary);
+  write(bare, 0);
+}
+
+// QXURandom in each of its modes, written by its own writers.
+void URandomFiles(const std::string& folder) {
+  const struct {
+    const char* name;
+    unsigned long seed;
+    bool portable, twister;
+  } modes[] = {{"twister", 34567, true, true},
+               {"congruential", 123456789, true, false},
+               {"clibrary", 5, false, false},
+               {"largeseed", 18446744073709551615ul, true, false}};
+  for (const auto& m : modes) {
+    const QXMath_850::QXURandom r(m.seed, m.portable, m.twister, nullptr);
+    std::fstream binary(folder + "/" + m.name + ".bin",
+                        std::ios::out | std::ios::binary | std::ios::trunc);
+    r.WriteObject(binary);
+    WriteBothForms(folder, m.name,
+                   [&](std::ostream& os, int depth) { r.WriteObjectXML(os, depth); });
+  }
+}
+
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::cerr << "usage: make_seed_corpus <folder>\n";
+  if (argc != 2 && argc != 3) {
+    std::cerr << "usage: make_seed_corpus <folder> [<QXURandom folder>]\n";
     return 2;
   }
+  if (argc == 3) URandomFiles(argv[2]);
   const std::string folder = argv[1];
   const std::vector<std::pair<std::string, void (*)(std::ostream&, int)>> seeds = {
       {"urandom", URandom},
@@ -162,16 +199,7 @@ int main(int argc, char** argv) {
       {"catnumencoder", CatNumEncoder},
       {"stringencoder", StringEncoder},
   };
-  for (const auto& seed : seeds) {
-    // As a saving application writes it: header, root, the object one deep.
-    std::ofstream whole(folder + "/" + seed.first + ".xml", std::ios::binary);
-    QXXML_850::StartDocument(whole);
-    QXXML_850::StartRoot(whole, "(c) qxcommon seed corpus");
-    seed.second(whole, 1);
-    QXXML_850::EndRoot(whole);
-    // The object alone, as a class's ReadObjectXML meets it inside a file.
-    std::ofstream bare(folder + "/" + seed.first + "_object.xml", std::ios::binary);
-    seed.second(bare, 0);
-  }
+  for (const auto& seed : seeds)
+    WriteBothForms(folder, seed.first, seed.second);
   return 0;
 }

@@ -68,6 +68,18 @@
 #include "qx/markup/xmlstring.h"
 #include "qx/markup/xmlutil.h"
 
+// Random numbers
+#include "qx/random/qxrandom.h"
+#include "qx/random/qxrandomtwister.h"
+#include "qx/random/qxrandomvalues.h"
+#include "qx/random/qxrngbeta.h"
+#include "qx/random/qxrngbinomial.h"
+#include "qx/random/qxrngenerator.h"
+#include "qx/random/qxrngnormal.h"
+#include "qx/random/qxrngucongruential.h"
+#include "qx/random/qxrngutwister.h"
+#include "qx/random/qxurandom.h"
+
 // Variables and encoders
 #include "qx/dictionary/iqxencoder.h"
 #include "qx/dictionary/iqxvariable.h"

@@ -1,0 +1,7 @@
+#include "qx/random/qxrngenerator.h"
+
+namespace QXMath_850 {
+
+QXRNGenerator::~QXRNGenerator() {}
+
+}  // namespace QXMath_850
