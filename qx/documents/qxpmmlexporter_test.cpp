@@ -201,7 +201,8 @@ TEST(QXPMMLExporterTest, StatusCodesSayWhatStoppedTheExport) {
   for (int first : {1, 3, 4}) {
     CancelAt cancel(first);
     QXPMMLExporter cancelled(&cancel);
-    out = XMLElement::Create("left");
+    std::unique_ptr<XMLElement> left(XMLElement::Create("left"));  // the caller's, not freed
+    out = left.get();
     status = cancelled.ExportDataDictionary(list, {}, out);
     EXPECT_EQ(out, nullptr);
     EXPECT_EQ(status.GetErrorCode(), QXPMMLExporter::StatusCancelled);
@@ -209,7 +210,8 @@ TEST(QXPMMLExporterTest, StatusCodesSayWhatStoppedTheExport) {
     EXPECT_EQ(cancel.asked, std::min(first, 3) + 1);
   }
 
-  out = XMLElement::Create("left");
+  std::unique_ptr<XMLElement> left(XMLElement::Create("left"));
+  out = left.get();
   status = exporter.ExportUniStats(QXUniStats("x", {2.0, 1.0}, true), out);
   EXPECT_EQ(status.GetErrorCode(), QXPMMLExporter::StatusInvalidUniStats);
   EXPECT_EQ(out, nullptr);
