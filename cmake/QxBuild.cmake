@@ -60,6 +60,34 @@ function(qx_add_tests name)
   gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${name})
 endfunction()
 
+# qx_add_internal_tests(<name> SOURCES <files...>): a GoogleTest program that
+# links the objects of subsystem <name> and of those it depends on, rather
+# than the shared library, so that it may reach internal functions (such as
+# the switch that forces a kernel path) which the library does not export.
+function(qx_add_internal_tests name)
+  if(NOT QXCOMMON_BUILD_TESTS)
+    return()
+  endif()
+  cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
+  set(target qx_${name}_internal_tests)
+  set(pending ${name})
+  set(objects "")
+  while(pending)
+    list(POP_FRONT pending sub)
+    if(NOT "$<TARGET_OBJECTS:qx_${sub}>" IN_LIST objects)
+      list(APPEND objects "$<TARGET_OBJECTS:qx_${sub}>")
+      get_target_property(depends qx_${sub} QX_DEPENDS)
+      if(depends)
+        list(APPEND pending ${depends})
+      endif()
+    endif()
+  endwhile()
+  add_executable(${target} ${ARG_SOURCES} ${objects})
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${target} PRIVATE GTest::gtest_main qx_build_flags ${CMAKE_DL_LIBS})
+  gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${name})
+endfunction()
+
 # qx_add_benchmarks(<name> SOURCES <files...> [LIBRARIES <extra...>]):
 # Google Benchmark programs, built on request and never part of ctest.
 function(qx_add_benchmarks name)

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/matrices/internal/kernels.h"
 #include "qx/matrices/internal/packedlayout.h"
 
 namespace QXMath_850 {
@@ -38,16 +39,21 @@ bool QXMeansXProdData::SetNVars(int n) {
 // order kept on purpose.
 void QXMeansXProdData::UpdateXX(const std::vector<double>& x, double f) {
   if (nVars < 1 || x.size() < static_cast<std::size_t>(nVars)) return;
-  double* a = xprods.AsVector().data();
-  const double* v = x.data();
-  const double* m = means.data();
-  if (intercept) {
-    internal::AddRankOne(
-        a, nVars, [=](int i) { return (v[i] - m[i]) * f; }, [=](int j) { return v[j] - m[j]; });
-  } else {
-    internal::AddRankOne(
-        a, nVars, [=](int i) { return v[i] * f; }, [=](int j) { return v[j]; });
+  // The multipliers and the deviations, on the stack for the usual sizes.
+  constexpr int kOnStack = 128;
+  double stack[2 * kOnStack];
+  std::vector<double> heap;
+  double* s = stack;
+  if (nVars > kOnStack) {
+    heap.resize(2 * static_cast<std::size_t>(nVars));
+    s = heap.data();
   }
+  double* y = s + nVars;
+  for (int i = 0; i < nVars; ++i) {
+    y[i] = intercept ? x[i] - means[i] : x[i];
+    s[i] = y[i] * f;
+  }
+  internal::UpdateRankOne(xprods.AsVector().data(), nVars, s, y);
 }
 
 // Provisional means (West 1979): the cross-products take the case with the

@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "qx/foundation/qxcomponentdisplay.h"
+#include "qx/matrices/internal/kernels.h"
 #include "qx/matrices/internal/packedlayout.h"
 
 namespace QXMath_850 {
@@ -103,19 +104,21 @@ bool QXMeansXProducts::Compute(const QXRectMatrix& data, int nRows) {
     }
   }
 
+  // The deviations of a block of cases, taken together over the triangle;
+  // each element still adds its cases' products in row order.
   double* a = xprods.AsVector().data();
-  std::vector<double> d(nVars);
-  const double* dv = d.data();
-  for (int r = 0; r < rows; ++r) {
-    const double* row = x + static_cast<std::size_t>(r) * cols;
-    for (int i = 0; i < nVars; ++i)
-      d[i] = intercept ? row[i] - means[i] : row[i];
-    if (w == 0) {
-      internal::AddRankOne(
-          a, nVars, [=](int i) { return dv[i]; }, [=](int j) { return dv[j]; });
-    } else {
-      internal::AddWeightedRankOne(a, nVars, dv, weights[r]);
+  const int block = internal::CaseBlock(nVars);
+  std::vector<double> d(static_cast<std::size_t>(block) * nVars);
+  for (int r0 = 0; r0 < rows; r0 += block) {
+    const int count = rows - r0 < block ? rows - r0 : block;
+    for (int t = 0; t < count; ++t) {
+      const double* row = x + static_cast<std::size_t>(r0 + t) * cols;
+      double* dt = d.data() + static_cast<std::size_t>(t) * nVars;
+      for (int i = 0; i < nVars; ++i)
+        dt[i] = intercept ? row[i] - means[i] : row[i];
     }
+    internal::UpdateRegion(a, 0, nVars, 0, nVars, true, count, d.data(), nVars, d.data(), nVars,
+                           w == 0 ? nullptr : weights.data() + r0);
   }
   return true;
 }
@@ -149,24 +152,38 @@ bool QXMeansXProducts::UpdateOnePass(const QXRectMatrix& data, int nRows) {
   const int rows = RowsToRead(data, nRows);
   if (w == 0) onePassW += rows;
 
+  // The weighted values v_i = x_i * c of a block of cases go into the sums
+  // and are the multipliers of the raw products v_i * x_j, which each element
+  // adds in row order.
   const double* x = data.AsVectorConst().data();
   double* s = onePassSums.data();
   double* a = onePassXProds.AsVector().data();
-  for (int r = 0; r < rows; ++r) {
-    const double* row = x + static_cast<std::size_t>(r) * cols;
-    // The weighted value v_i = x_i * c goes into the sums and is the row's
-    // multiplier of the raw products v_i * x_j.
-    double c = 1.0;
-    if (w > 0) {
-      c = w == 1 ? row[nVars] : row[nVars] * row[nVars + 1];
+  const int block = internal::CaseBlock(nVars);
+  std::vector<double> v(w == 0 ? 0 : static_cast<std::size_t>(block) * nVars);
+  for (int r0 = 0; r0 < rows; r0 += block) {
+    const int count = rows - r0 < block ? rows - r0 : block;
+    const double* first = x + static_cast<std::size_t>(r0) * cols;
+    for (int t = 0; t < count; ++t) {
+      const double* row = first + static_cast<std::size_t>(t) * cols;
+      if (w == 0) {
+        for (int i = 0; i < nVars; ++i)
+          s[i] += row[i];
+        continue;
+      }
+      const double c = w == 1 ? row[nVars] : row[nVars] * row[nVars + 1];
       onePassW += c;
+      double* vt = v.data() + static_cast<std::size_t>(t) * nVars;
+      for (int i = 0; i < nVars; ++i) {
+        vt[i] = row[i] * c;
+        s[i] += vt[i];
+      }
     }
-    const auto weighted = [=](int i) {
-      const double v = w == 0 ? row[i] : row[i] * c;
-      s[i] += v;
-      return v;
-    };
-    internal::AddRankOne(a, nVars, weighted, [=](int j) { return row[j]; });
+    if (w == 0) {
+      internal::UpdateRegion(a, 0, nVars, 0, nVars, true, count, first, cols, first, cols, nullptr);
+    } else {
+      internal::UpdateRegion(a, 0, nVars, 0, nVars, true, count, v.data(), nVars, first, cols,
+                             nullptr);
+    }
   }
   return true;
 }

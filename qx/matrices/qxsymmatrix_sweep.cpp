@@ -8,6 +8,7 @@
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/blas1_d.h"
 #include "qx/matrices/internal/factorization.h"
+#include "qx/matrices/internal/kernels.h"
 #include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/qxmathfun.h"
 #include "qx/matrices/qxsymmatrix.h"
@@ -139,6 +140,91 @@ bool CheckAndFloorDiagonal(double* diag, int n) {
     if (diag[i] < 1.0) diag[i] = 1.0;
   }
   return true;
+}
+
+// Rows that SweepOnMany takes together.
+constexpr int kSweepBlock = 48;
+
+// The sweeps of rows k0..k1-1 of the packed store a of order n, in order,
+// each with the pivot and damage tests of QXSymMatrix::Sweep and the same
+// bits. A sweep of row t adds c_i * y_j to every element (i, j), i >= j, off
+// row and column t, where c_i is minus (for a positive pivot) the element
+// (i, t) before the sweep and y_j = (j, t) / |pivot| its new value. The tests
+// and the next pivots read only the diagonal and the block's rows and
+// columns, so those take each sweep at once; every other element takes the
+// block's sweeps together at the end, through the kernel, in the same order.
+// ok[t - k0] tells whether row t was swept; before and after hold its
+// diagonal around the sweep.
+void SweepBlock(double* a, int n, int k0, int k1, double tol, const double* diag, QXBitSet& swept,
+                std::vector<double>& work, unsigned char* ok, double* before, double* after) {
+  work.resize(2 * static_cast<std::size_t>(k1 - k0) * n);
+  double* cs = work.data();
+  double* ys = cs + static_cast<std::size_t>(k1 - k0) * n;
+  int steps = 0;
+  const int limit = n < swept.Size() ? n : swept.Size();
+  for (int t = k0; t < k1; ++t) {
+    const std::size_t tt = DiagIndex(t);
+    const double p = a[tt];
+    before[t - k0] = p;
+    after[t - k0] = p;
+    ok[t - k0] = 0;
+    const bool wasSwept = swept.IsIn(t);
+    if (!wasSwept) {
+      if (tol * diag[t] >= p) continue;
+      bool damaged = false;
+      for (int i = 0; i < limit && !damaged; ++i) {
+        if (!swept.IsIn(i)) continue;
+        const double ait = a[PackedIndex(i, t)];
+        const double q = a[DiagIndex(i)] - (ait / p) * ait;
+        damaged = !((q * tol * diag[i]) > -1.0);
+      }
+      if (damaged) continue;
+    }
+    const double d = -1.0 / p;
+    const double scale = std::fabs(d);
+    double* c = cs + static_cast<std::size_t>(steps) * n;
+    double* y = ys + static_cast<std::size_t>(steps) * n;
+    // Column t: the multipliers and the new values.
+    for (int i = 0; i < n; ++i) {
+      if (i == t) {
+        c[i] = 0.0;
+        y[i] = 0.0;
+        continue;
+      }
+      double& ait = a[PackedIndex(i, t)];
+      const double b = ait;
+      c[i] = d < 0.0 ? -b : b;
+      y[i] = scale * b;
+      ait = y[i];
+    }
+    a[tt] = d;
+    // The diagonal, the block's rows, and the block's columns below it.
+    for (int i = 0; i < n; ++i) {
+      if (i == t) continue;
+      double* row = a + RowStart(i);
+      const double ci = c[i];
+      if (i >= k0 && i < k1) {
+        for (int j = 0; j <= i; ++j) {
+          if (j != t) row[j] += ci * y[j];
+        }
+        continue;
+      }
+      if (i >= k1) {
+        for (int j = k0; j < k1; ++j) {
+          if (j != t) row[j] += ci * y[j];
+        }
+      }
+      row[i] += ci * y[i];
+    }
+    swept.Set(t, !wasSwept);
+    ok[t - k0] = 1;
+    after[t - k0] = d;
+    ++steps;
+  }
+  // The rest: left of the diagonal, outside the block's rows and columns.
+  internal::UpdateRegion(a, 0, k0, 0, k0, false, steps, cs, n, ys, n, nullptr);
+  internal::UpdateRegion(a, k1, n, 0, k0, false, steps, cs, n, ys, n, nullptr);
+  internal::UpdateRegion(a, k1, n, k1, n, false, steps, cs, n, ys, n, nullptr);
 }
 
 }  // namespace
@@ -335,13 +421,17 @@ bool QXSymMatrix::SweepOnMany(int count, double tol, bool pivotBefore, QXBitSet&
   logDet = 0.0;
   for (int i = 0; i < count; ++i)
     swept.Set(i, false);
-  for (int i = 0; i < count; ++i) {
-    const std::size_t ii = DiagIndex(i);
-    double v = 0.0;
-    if (pivotBefore) v = data[ii];
-    const bool ok = Sweep(i, tol, diag, swept, false);
-    if (!pivotBefore) v = -data[ii];
-    if (ok && v > 0.0) logDet += std::log(v);
+  std::vector<double> work;
+  unsigned char ok[kSweepBlock];
+  double before[kSweepBlock], after[kSweepBlock];
+  for (int k0 = 0; k0 < count; k0 += kSweepBlock) {
+    const int k1 = count - k0 < kSweepBlock ? count : k0 + kSweepBlock;
+    SweepBlock(data.data(), nRows, k0, k1, tol, diag, swept, work, ok, before, after);
+    for (int t = 0; t < k1 - k0; ++t) {
+      // The pivot itself, or minus its value after the sweep, 1 / pivot.
+      const double v = pivotBefore ? before[t] : -after[t];
+      if (ok[t] && v > 0.0) logDet += std::log(v);
+    }
   }
   return true;
 }

@@ -38,7 +38,22 @@ void dtrmm_(const char* side, const char* uplo, const char* transa, const char* 
             const int* n, const double* alpha, const double* a, const int* lda, double* b,
             const int* ldb);
 double ddot_(const int* n, const double* x, const int* incx, const double* y, const int* incy);
+// OpenBLAS only; null when another BLAS is linked.
+void openblas_set_num_threads(int n) __attribute__((weak));
 }
+
+namespace QXMath_850 {
+namespace internal {
+
+// The baselines run on one thread, as the library does.
+inline bool SingleThreadedBlas() {
+  if (openblas_set_num_threads != nullptr) openblas_set_num_threads(1);
+  return true;
+}
+inline const bool kSingleThreadedBlas = SingleThreadedBlas();
+
+}  // namespace internal
+}  // namespace QXMath_850
 #endif
 
 namespace QXMath_850 {

@@ -10,6 +10,7 @@
 #include <random>
 #include <vector>
 
+#include "qx/matrices/internal/kernels.h"
 #include "qx/matrices/qxrectmatrix.h"
 #include "qx/matrices/qxsymmatrix.h"
 
@@ -137,6 +138,19 @@ inline QXRectMatrix TestRect(int rows, int cols, unsigned seed) {
   QXRectMatrix r(rows, cols, true);
   if (rows > 0 && cols > 0) r.AsVector() = WideRangeData(rows * cols, seed, 2);
   return r;
+}
+
+// Runs f(path) with the kernels forced onto each path the processor runs,
+// the narrowest first, and leaves the widest in place. Only for test
+// programs linked with the library's objects (qx_add_internal_tests).
+template <typename F>
+void ForEachKernelPath(F&& f) {
+  const KernelPath best = BestKernelPath();
+  for (KernelPath path : {KernelPath::kSse2, KernelPath::kAvx2, KernelPath::kAvx512}) {
+    if (!ForceKernelPath(path)) continue;
+    f(path);
+  }
+  ForceKernelPath(best);
 }
 
 }  // namespace internal

@@ -1,0 +1,124 @@
+// The accumulators on every kernel path against the plain case-by-case loops,
+// bit for bit: 0 to 67 variables, blocks of cases that fill no case block.
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "qx/accumulators/qxmeansxproducts.h"
+#include "qx/accumulators/qxprovmeans.h"
+#include "qx/matrices/internal/packedlayout.h"
+#include "qx/matrices/internal/testutil.h"
+
+namespace QXMath_850 {
+namespace {
+
+using internal::RowStart;
+using internal::SameBits;
+
+bool SameBitsAll(const std::vector<double>& a, const std::vector<double>& b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t k = 0; k < a.size(); ++k) {
+    if (!SameBits(a[k], b[k])) return false;
+  }
+  return true;
+}
+
+const int kOrders[] = {0, 1, 2, 3, 5, 8, 9, 16, 17, 31, 33, 64, 67};
+
+// Compute and UpdateOnePass with 0, 1 and 2 weight columns, with and without
+// the intercept; 601 rows run past one case block into a partial one.
+TEST(MeansXProductsPaths, BlockPathsGiveTheBitsOfTheCaseByCaseLoops) {
+  internal::ForEachKernelPath([](internal::KernelPath path) {
+    for (int p : kOrders) {
+      for (int w = 0; w <= 2; ++w) {
+        const int rows = p % 2 == 0 ? 601 : 37;
+        QXRectMatrix data = internal::TestRect(rows, p + w, 17 * p + w);
+        for (int r = 0; r < rows; ++r) {
+          for (int c = p; c < p + w; ++c)
+            data.AsVector()[r * (p + w) + c] = 0.5 + (r * 7 + c) % 5;
+        }
+        for (bool intercept : {true, false}) {
+          QXMeansXProducts acc(p, intercept, w >= 1, w == 2);
+          ASSERT_TRUE(acc.Compute(data, 0));
+          acc.StartUpdateOnePass();
+          ASSERT_TRUE(acc.UpdateOnePass(data, 0));
+          QXMeansXProducts onePass = acc;
+          onePass.FinishUpdateOnePass();
+
+          const std::vector<double>& m = acc.GetMeans();
+          std::vector<double> xx(internal::PackedSize(p), 0.0), raw = xx, sums(p, 0.0);
+          for (int r = 0; r < rows; ++r) {
+            const double* x = data.GetRowPtr(r);
+            const double c = w == 0 ? 1.0 : w == 1 ? x[p] : x[p] * x[p + 1];
+            for (int i = 0; i < p; ++i) {
+              const double di = intercept ? x[i] - m[i] : x[i];
+              const double v = w == 0 ? x[i] : x[i] * c;
+              sums[i] += v;
+              for (int j = 0; j <= i; ++j) {
+                const double dj = intercept ? x[j] - m[j] : x[j];
+                xx[RowStart(i) + j] += w == 0 ? di * dj : di * dj * c;
+                raw[RowStart(i) + j] += v * x[j];
+              }
+            }
+          }
+          EXPECT_TRUE(SameBitsAll(xx, acc.GetXProds().AsVectorConst()))
+              << internal::KernelPathName(path) << ", Compute, p " << p << ", w " << w;
+          std::vector<double> corrected(raw.size());
+          for (int i = 0; i < p; ++i) {
+            const double mi = sums[i] / onePass.GetNCases();
+            for (int j = 0; j <= i; ++j)
+              corrected[RowStart(i) + j] = raw[RowStart(i) + j] - mi * sums[j];
+          }
+          EXPECT_TRUE(SameBitsAll(corrected, onePass.GetXProds().AsVectorConst()))
+              << internal::KernelPathName(path) << ", UpdateOnePass, p " << p << ", w " << w;
+        }
+      }
+    }
+  });
+}
+
+// Provisional means, case by case, in and out again.
+TEST(MeansXProductsPaths, AddAndDeleteCaseGiveTheBitsOfTheCaseByCaseLoop) {
+  internal::ForEachKernelPath([](internal::KernelPath path) {
+    for (int p : kOrders) {
+      const QXRectMatrix data = internal::TestRect(23, p, 31 * p + 1);
+      QXProvMeans acc(p, true);
+      std::vector<double> xx(internal::PackedSize(p), 0.0), m(p, 0.0);
+      double total = 0.0;
+      for (int r = 0; r < 23; ++r) {
+        const double* x = data.GetRowPtr(r);
+        // Every fifth case is taken out again with part of its weight.
+        const double w = r % 5 == 4 ? -0.25 : 1.0 + r % 3;
+        const double after = total + w;
+        if (w > 0.0) {
+          const double f = w * total / after;
+          for (int i = 0; i < p; ++i) {
+            const double s = (x[i] - m[i]) * f;
+            for (int j = 0; j <= i; ++j)
+              xx[RowStart(i) + j] += s * (x[j] - m[j]);
+          }
+          for (int i = 0; i < p; ++i)
+            m[i] += (x[i] - m[i]) * (w / after);
+        } else {
+          for (int i = 0; i < p; ++i)
+            m[i] = total / after * m[i] + w / after * x[i];
+          const double f = after * w / total;
+          for (int i = 0; i < p; ++i) {
+            const double s = (x[i] - m[i]) * f;
+            for (int j = 0; j <= i; ++j)
+              xx[RowStart(i) + j] += s * (x[j] - m[j]);
+          }
+        }
+        total = after;
+        ASSERT_TRUE(acc.Update(std::vector<double>(x, x + p), w));
+      }
+      EXPECT_TRUE(SameBitsAll(xx, acc.GetXProds().AsVectorConst()))
+          << internal::KernelPathName(path) << ", p " << p;
+      EXPECT_TRUE(SameBitsAll(m, acc.GetMeans())) << internal::KernelPathName(path) << ", p " << p;
+    }
+  });
+}
+
+}  // namespace
+}  // namespace QXMath_850
