@@ -198,24 +198,14 @@ void SweepBlock(double* a, int n, int k0, int k1, double tol, const double* diag
       ait = y[i];
     }
     a[tt] = d;
-    // The diagonal, the block's rows, and the block's columns below it.
-    for (int i = 0; i < n; ++i) {
-      if (i == t) continue;
-      double* row = a + RowStart(i);
-      const double ci = c[i];
-      if (i >= k0 && i < k1) {
-        for (int j = 0; j <= i; ++j) {
-          if (j != t) row[j] += ci * y[j];
-        }
-        continue;
-      }
-      if (i >= k1) {
-        for (int j = k0; j < k1; ++j) {
-          if (j != t) row[j] += ci * y[j];
-        }
-      }
-      row[i] += ci * y[i];
-    }
+    // The block's rows, its columns below it, and the diagonal.
+    internal::UpdateRegion(a, k0, t, 0, n, true, 1, c, 0, y, 0, nullptr);
+    internal::UpdateRegion(a, t + 1, k1, 0, t, true, 1, c, 0, y, 0, nullptr);
+    internal::UpdateRegion(a, t + 1, k1, t + 1, n, true, 1, c, 0, y, 0, nullptr);
+    internal::UpdateRegion(a, k1, n, k0, t, false, 1, c, 0, y, 0, nullptr);
+    internal::UpdateRegion(a, k1, n, t + 1, k1, false, 1, c, 0, y, 0, nullptr);
+    WalkDiagonal(a, 0, k0, [&](int i, double& aii) { aii += c[i] * y[i]; });
+    WalkDiagonal(a, k1, n - k1, [&](int i, double& aii) { aii += c[i] * y[i]; });
     swept.Set(t, !wasSwept);
     ok[t - k0] = 1;
     after[t - k0] = d;

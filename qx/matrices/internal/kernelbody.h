@@ -14,7 +14,7 @@ namespace {
 constexpr int kWidth = QX_KERNEL_WIDTH;
 // Vectors of a row that a tile keeps in registers, and rows of a tile.
 constexpr int kVectors = kWidth == 8 ? 3 : 2;
-constexpr int kRows = 4;
+constexpr int kRows = kWidth == 8 ? 6 : 4;
 
 typedef double Vec
     __attribute__((vector_size(kWidth * sizeof(double)), aligned(sizeof(double)), may_alias));
@@ -44,10 +44,10 @@ template <bool kWeighted, int R, int V>
 inline void Tile(const RegionUpdate& u, int i, int j) {
   double* row[R];
   Vec acc[R][V];
-#pragma GCC unroll 4
+#pragma GCC unroll 8
   for (int r = 0; r < R; ++r) {
     row[r] = u.a + RowStartOf(i + r) + j;
-#pragma GCC unroll 4
+#pragma GCC unroll 8
     for (int v = 0; v < V; ++v)
       acc[r][v] = Load(row[r] + v * kWidth);
   }
@@ -56,40 +56,25 @@ inline void Tile(const RegionUpdate& u, int i, int j) {
   for (int t = 0; t < u.count; ++t) {
     const double w = kWeighted ? u.w[t] : 0.0;
     Vec yv[V];
-#pragma GCC unroll 4
+#pragma GCC unroll 8
     for (int v = 0; v < V; ++v)
       yv[v] = Load(y + v * kWidth);
-#pragma GCC unroll 4
+#pragma GCC unroll 8
     for (int r = 0; r < R; ++r) {
       const double sr = s[r];
-#pragma GCC unroll 4
+#pragma GCC unroll 8
       for (int v = 0; v < V; ++v)
         acc[r][v] = Step<kWeighted>(acc[r][v], sr, yv[v], w);
     }
     s += u.sStride;
     y += u.yStride;
   }
-#pragma GCC unroll 4
+#pragma GCC unroll 8
   for (int r = 0; r < R; ++r) {
-#pragma GCC unroll 4
+#pragma GCC unroll 8
     for (int v = 0; v < V; ++v)
       Store(row[r] + v * kWidth, acc[r][v]);
   }
-}
-
-// Element (i, j) alone.
-template <bool kWeighted>
-inline void Single(const RegionUpdate& u, int i, int j) {
-  double* a = u.a + RowStartOf(i) + j;
-  double acc = *a;
-  const double* s = u.s + i;
-  const double* y = u.y + j;
-  for (int t = 0; t < u.count; ++t) {
-    acc = Step<kWeighted>(acc, *s, *y, kWeighted ? u.w[t] : 0.0);
-    s += u.sStride;
-    y += u.yStride;
-  }
-  *a = acc;
 }
 
 // One past the last column of row i in the region.
@@ -98,35 +83,79 @@ inline int ColumnEnd(const RegionUpdate& u, int i) {
   return last < u.j1 ? last : u.j1;
 }
 
-// Columns from j to the row's end, for one row alone.
-template <bool kWeighted>
-inline void RowTail(const RegionUpdate& u, int i, int j) {
-  const int end = ColumnEnd(u, i);
-  for (; j + kVectors * kWidth <= end; j += kVectors * kWidth)
-    Tile<kWeighted, 1, kVectors>(u, i, j);
-  for (; j + kWidth <= end; j += kWidth)
-    Tile<kWeighted, 1, 1>(u, i, j);
-  for (; j < end; ++j)
-    Single<kWeighted>(u, i, j);
+// The columns from j to the ends of rows i..i+R-1, fewer than two vectors'
+// worth, with the values copied into zero-padded vectors so that the short
+// rows go at the speed of whole ones; the padding lanes are dropped.
+template <bool kWeighted, int R>
+inline void TailTile(const RegionUpdate& u, int i, int j) {
+  constexpr int kLanes = 2 * kWidth;
+  constexpr int kSteps = 64;
+  int len[R];
+  int widest = 0;
+  double held[R][kLanes];
+  for (int r = 0; r < R; ++r) {
+    const int end = ColumnEnd(u, i + r);
+    len[r] = end > j ? end - j : 0;
+    if (len[r] > widest) widest = len[r];
+    const double* row = u.a + RowStartOf(i + r) + j;
+    for (int k = 0; k < kLanes; ++k)
+      held[r][k] = k < len[r] ? row[k] : 0.0;
+  }
+  if (widest == 0) return;
+  Vec acc[R][2];
+#pragma GCC unroll 8
+  for (int r = 0; r < R; ++r) {
+    acc[r][0] = Load(held[r]);
+    acc[r][1] = Load(held[r] + kWidth);
+  }
+  double ys[kSteps][kLanes];
+  for (int t0 = 0; t0 < u.count; t0 += kSteps) {
+    const int steps = u.count - t0 < kSteps ? u.count - t0 : kSteps;
+    const double* y = u.y + t0 * u.yStride + j;
+    for (int t = 0; t < steps; ++t, y += u.yStride) {
+      for (int k = 0; k < kLanes; ++k)
+        ys[t][k] = k < widest ? y[k] : 0.0;
+    }
+    const double* s = u.s + t0 * u.sStride + i;
+    for (int t = 0; t < steps; ++t, s += u.sStride) {
+      const double w = kWeighted ? u.w[t0 + t] : 0.0;
+      const Vec y0 = Load(ys[t]), y1 = Load(ys[t] + kWidth);
+#pragma GCC unroll 8
+      for (int r = 0; r < R; ++r) {
+        acc[r][0] = Step<kWeighted>(acc[r][0], s[r], y0, w);
+        acc[r][1] = Step<kWeighted>(acc[r][1], s[r], y1, w);
+      }
+    }
+  }
+  for (int r = 0; r < R; ++r) {
+    Store(held[r], acc[r][0]);
+    Store(held[r] + kWidth, acc[r][1]);
+    double* row = u.a + RowStartOf(i + r) + j;
+    for (int k = 0; k < len[r]; ++k)
+      row[k] = held[r][k];
+  }
 }
 
-// Rows in groups of kRows over the columns they all have, then each row's
-// own remaining columns.
+// Rows i..i+R-1 from column j0: whole tiles over the columns they all have,
+// then the rest of each row.
+template <bool kWeighted, int R>
+inline void Rows(const RegionUpdate& u, int i) {
+  const int end = ColumnEnd(u, i);
+  int j = u.j0;
+  for (; j + kVectors * kWidth <= end; j += kVectors * kWidth)
+    Tile<kWeighted, R, kVectors>(u, i, j);
+  for (; j + kWidth <= end; j += kWidth)
+    Tile<kWeighted, R, 1>(u, i, j);
+  TailTile<kWeighted, R>(u, i, j);
+}
+
 template <bool kWeighted>
 void Region(const RegionUpdate& u) {
   int i = u.i0;
-  for (; i + kRows <= u.i1; i += kRows) {
-    const int end = ColumnEnd(u, i);
-    int j = u.j0;
-    for (; j + kVectors * kWidth <= end; j += kVectors * kWidth)
-      Tile<kWeighted, kRows, kVectors>(u, i, j);
-    for (; j + kWidth <= end; j += kWidth)
-      Tile<kWeighted, kRows, 1>(u, i, j);
-    for (int r = 0; r < kRows; ++r)
-      RowTail<kWeighted>(u, i + r, j);
-  }
+  for (; i + kRows <= u.i1; i += kRows)
+    Rows<kWeighted, kRows>(u, i);
   for (; i < u.i1; ++i)
-    RowTail<kWeighted>(u, i, u.j0);
+    Rows<kWeighted, 1>(u, i);
 }
 
 void UpdateRegionKernel(const RegionUpdate& u) {
