@@ -84,6 +84,15 @@ inline bool SameBits(double a, double b) {
   return x == y;
 }
 
+// True when the two vectors hold the same bits, element by element.
+inline bool SameBitsAll(const std::vector<double>& a, const std::vector<double>& b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t k = 0; k < a.size(); ++k) {
+    if (!SameBits(a[k], b[k])) return false;
+  }
+  return true;
+}
+
 // The full square of a symmetric matrix of any structure, row by row.
 inline std::vector<double> Full(const IQXSymMatrix& a) {
   const int n = a.GetNRows();
