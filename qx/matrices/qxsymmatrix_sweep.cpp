@@ -145,24 +145,54 @@ bool CheckAndFloorDiagonal(double* diag, int n) {
 // Rows that SweepOnMany takes together.
 constexpr int kSweepBlock = 48;
 
+// Elements (r, j), j0 <= j < j1 < r, take the recorded sweeps m0..m1-1: the
+// multipliers of sweep m are cs[m * n + i] and the new pivot column values
+// ys[m * n + j].
+void CatchUpRow(double* a, int n, int r, int j0, int j1, int m0, int m1, const double* cs,
+                const double* ys) {
+  if (j1 <= j0 || m1 <= m0) return;
+  const std::size_t at = static_cast<std::size_t>(m0) * n;
+  internal::UpdateVector(a + RowStart(r) + j0, j1 - j0, m1 - m0, ys + at + j0, n, cs + at + r, n);
+}
+
+// Elements (i, r), r < i0 <= i < n, take the recorded sweeps m0..m1-1,
+// through the contiguous copy col.
+void CatchUpColumn(double* a, int n, int r, int i0, int m0, int m1, const double* cs,
+                   const double* ys, double* col) {
+  if (i0 >= n || m1 <= m0) return;
+  WalkColumn(a, r, i0, n, [&](int i, double v) { col[i] = v; });
+  const std::size_t at = static_cast<std::size_t>(m0) * n;
+  internal::UpdateVector(col + i0, n - i0, m1 - m0, cs + at + i0, n, ys + at + r, n);
+  WalkColumn(a, r, i0, n, [&](int i, double& v) { v = col[i]; });
+}
+
 // The sweeps of rows k0..k1-1 of the packed store a of order n, in order,
 // each with the pivot and damage tests of QXSymMatrix::Sweep and the same
 // bits. A sweep of row t adds c_i * y_j to every element (i, j), i >= j, off
 // row and column t, where c_i is minus (for a positive pivot) the element
-// (i, t) before the sweep and y_j = (j, t) / |pivot| its new value. The tests
-// and the next pivots read only the diagonal and the block's rows and
-// columns, so those take each sweep at once; every other element takes the
-// block's sweeps together at the end, through the kernel, in the same order.
-// ok[t - k0] tells whether row t was swept; before and after hold its
-// diagonal around the sweep.
+// (i, t) before the sweep and y_j = (j, t) / |pivot| its new value; those
+// are recorded. Each sweep reads only the diagonal, kept up to date at every
+// sweep, and its own row and column, which first take the recorded sweeps
+// they have missed. At the end the block's rows and columns take the sweeps
+// after their own, and every other element takes all of them through the
+// kernel; each element's sweeps still come in order. ok[t - k0] tells
+// whether row t was swept; before and after hold its diagonal around it.
 void SweepBlock(double* a, int n, int k0, int k1, double tol, const double* diag, QXBitSet& swept,
                 std::vector<double>& work, unsigned char* ok, double* before, double* after) {
-  work.resize(2 * static_cast<std::size_t>(k1 - k0) * n);
+  work.resize((2 * static_cast<std::size_t>(k1 - k0) + 1) * n);
   double* cs = work.data();
   double* ys = cs + static_cast<std::size_t>(k1 - k0) * n;
+  double* col = ys + static_cast<std::size_t>(k1 - k0) * n;
+  // The recorded sweeps that row and column r of the block have taken.
+  int done[kSweepBlock];
   int steps = 0;
   const int limit = n < swept.Size() ? n : swept.Size();
   for (int t = k0; t < k1; ++t) {
+    CatchUpRow(a, n, t, 0, k0, 0, steps, cs, ys);
+    for (int r = k0; r < t; ++r)
+      CatchUpRow(a, n, t, r, r + 1, done[r - k0], steps, cs, ys);
+    CatchUpColumn(a, n, t, t + 1, 0, steps, cs, ys, col);
+    done[t - k0] = steps;
     const std::size_t tt = DiagIndex(t);
     const double p = a[tt];
     before[t - k0] = p;
@@ -184,7 +214,6 @@ void SweepBlock(double* a, int n, int k0, int k1, double tol, const double* diag
     const double scale = std::fabs(d);
     double* c = cs + static_cast<std::size_t>(steps) * n;
     double* y = ys + static_cast<std::size_t>(steps) * n;
-    // Column t: the multipliers and the new values.
     for (int i = 0; i < n; ++i) {
       if (i == t) {
         c[i] = 0.0;
@@ -198,20 +227,19 @@ void SweepBlock(double* a, int n, int k0, int k1, double tol, const double* diag
       ait = y[i];
     }
     a[tt] = d;
-    // The block's rows, its columns below it, and the diagonal.
-    internal::UpdateRegion(a, k0, t, 0, n, true, 1, c, 0, y, 0, nullptr);
-    internal::UpdateRegion(a, t + 1, k1, 0, t, true, 1, c, 0, y, 0, nullptr);
-    internal::UpdateRegion(a, t + 1, k1, t + 1, n, true, 1, c, 0, y, 0, nullptr);
-    internal::UpdateRegion(a, k1, n, k0, t, false, 1, c, 0, y, 0, nullptr);
-    internal::UpdateRegion(a, k1, n, t + 1, k1, false, 1, c, 0, y, 0, nullptr);
-    WalkDiagonal(a, 0, k0, [&](int i, double& aii) { aii += c[i] * y[i]; });
-    WalkDiagonal(a, k1, n - k1, [&](int i, double& aii) { aii += c[i] * y[i]; });
+    WalkDiagonal(a, 0, n, [&](int i, double& aii) {
+      if (i != t) aii += c[i] * y[i];
+    });
     swept.Set(t, !wasSwept);
     ok[t - k0] = 1;
     after[t - k0] = d;
-    ++steps;
+    done[t - k0] = ++steps;
   }
-  // The rest: left of the diagonal, outside the block's rows and columns.
+  for (int r = k0; r < k1; ++r) {
+    CatchUpRow(a, n, r, 0, r, done[r - k0], steps, cs, ys);
+    CatchUpColumn(a, n, r, k1, done[r - k0], steps, cs, ys, col);
+  }
+  // Left of the diagonal, outside the block's rows and columns.
   internal::UpdateRegion(a, 0, k0, 0, k0, false, steps, cs, n, ys, n, nullptr);
   internal::UpdateRegion(a, k1, n, 0, k0, false, steps, cs, n, ys, n, nullptr);
   internal::UpdateRegion(a, k1, n, k1, n, false, steps, cs, n, ys, n, nullptr);

@@ -167,10 +167,39 @@ void UpdateRegionKernel(const RegionUpdate& u) {
   }
 }
 
+// v[i] = v[i] + x_m[i] * c_m for m = 0..count-1 in order, i < n, with each
+// element held in a register over all steps.
+void UpdateVectorKernel(double* v, int n, int count, const double* x, long xStride, const double* c,
+                        long cStride) {
+  int i = 0;
+  for (; i + kVectors * kWidth <= n; i += kVectors * kWidth) {
+    Vec acc[kVectors];
+#pragma GCC unroll 8
+    for (int k = 0; k < kVectors; ++k)
+      acc[k] = Load(v + i + k * kWidth);
+    const double* xm = x + i;
+    for (int m = 0; m < count; ++m, xm += xStride) {
+      const double cm = c[m * cStride];
+#pragma GCC unroll 8
+      for (int k = 0; k < kVectors; ++k)
+        acc[k] = acc[k] + Load(xm + k * kWidth) * cm;
+    }
+#pragma GCC unroll 8
+    for (int k = 0; k < kVectors; ++k)
+      Store(v + i + k * kWidth, acc[k]);
+  }
+  for (; i < n; ++i) {
+    double acc = v[i];
+    for (int m = 0; m < count; ++m)
+      acc = acc + x[m * xStride + i] * c[m * cStride];
+    v[i] = acc;
+  }
+}
+
 }  // namespace
 
 extern const KernelTable QX_KERNEL_TABLE;
-const KernelTable QX_KERNEL_TABLE = {QX_KERNEL_NAME, &UpdateRegionKernel};
+const KernelTable QX_KERNEL_TABLE = {QX_KERNEL_NAME, &UpdateRegionKernel, &UpdateVectorKernel};
 
 }  // namespace internal
 }  // namespace QXMath_850

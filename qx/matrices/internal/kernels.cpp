@@ -69,5 +69,11 @@ void UpdateRegion(double* a, int i0, int i1, int j0, int j1, bool diagonal, int 
   Active().updateRegion(u);
 }
 
+void UpdateVector(double* v, int n, int count, const double* x, long xStride, const double* c,
+                  long cStride) {
+  if (n < 1 || count < 1) return;
+  Active().updateVector(v, n, count, x, xStride, c, cStride);
+}
+
 }  // namespace internal
 }  // namespace QXMath_850

@@ -33,6 +33,11 @@ const char* KernelPathName(KernelPath path);
 void UpdateRegion(double* a, int i0, int i1, int j0, int j1, bool diagonal, int count,
                   const double* s, long sStride, const double* y, long yStride, const double* w);
 
+// For m = 0..count-1 in that order, v[i] = v[i] + x_m[i] * c_m for i < n,
+// where x_m = x + m * xStride and c_m = c[m * cStride].
+void UpdateVector(double* v, int n, int count, const double* x, long xStride, const double* c,
+                  long cStride);
+
 // a_ij = a_ij + s[i] * y[j] for every j <= i < n.
 inline void UpdateRankOne(double* a, int n, const double* s, const double* y) {
   UpdateRegion(a, 0, n, 0, n, true, 1, s, 0, y, 0, nullptr);

@@ -26,6 +26,8 @@ struct RegionUpdate {
 struct KernelTable {
   const char* name;
   void (*updateRegion)(const RegionUpdate& u);
+  void (*updateVector)(double* v, int n, int count, const double* x, long xStride, const double* c,
+                       long cStride);
 };
 
 extern const KernelTable kKernelsSse2;
