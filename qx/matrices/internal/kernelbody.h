@@ -158,8 +158,33 @@ void Region(const RegionUpdate& u) {
     Rows<kWeighted, 1>(u, i);
 }
 
+// A single step, row by row: each element is loaded and stored once anyway,
+// so tiles would only add work.
+template <bool kWeighted>
+void SingleStep(const RegionUpdate& u) {
+  const double w = kWeighted ? u.w[0] : 0.0;
+  for (int i = u.i0; i < u.i1; ++i) {
+    double* row = u.a + RowStartOf(i);
+    const double si = u.s[i];
+    const int end = ColumnEnd(u, i);
+    int j = u.j0;
+    for (; j + kWidth <= end; j += kWidth)
+      Store(row + j, Step<kWeighted>(Load(row + j), si, Load(u.y + j), w));
+    for (; j < end; ++j)
+      row[j] = Step<kWeighted>(row[j], si, u.y[j], w);
+  }
+}
+
 void UpdateRegionKernel(const RegionUpdate& u) {
   if (u.count < 1 || u.i0 >= u.i1 || u.j0 >= u.j1) return;
+  if (u.count == 1) {
+    if (u.w != nullptr) {
+      SingleStep<true>(u);
+    } else {
+      SingleStep<false>(u);
+    }
+    return;
+  }
   if (u.w != nullptr) {
     Region<true>(u);
   } else {
