@@ -106,4 +106,13 @@
 #include "qx/documents/qxunistats.h"
 #include "qx/documents/qxvariatedata.h"
 
+// Chart data and gains
+#include "qx/charts/classgainschart.h"
+#include "qx/charts/gainschart.h"
+#include "qx/charts/qxbarchartdata.h"
+#include "qx/charts/qxclassificationmatrix.h"
+#include "qx/charts/qxhistogramdata.h"
+#include "qx/charts/qxscatterplotdata.h"
+#include "qx/charts/reggainschart.h"
+
 #endif  // QX_QXCOMMON_H
