@@ -140,8 +140,4 @@ QXXML_850::XMLElement* GainsChart::GetStatXMLElem() const {
   return GetVariateData().GetMultiVariateDataElem();
 }
 
-void GainsChart::Display() const {
-  GetVariateData().Display();
-}
-
 }  // namespace QXMath_850

@@ -78,7 +78,7 @@ class QXCOMMON_API GainsChart {
   QXXML_850::QXVariateData GetVariateData() const;
   // A new "MultivariateData" element of that section, owned by the caller.
   QXXML_850::XMLElement* GetStatXMLElem() const;
-  void Display() const;
+  void Display() const { GetVariateData().Display(); }
 
  protected:
   GainsChart(const std::string& targetName, const std::string& description);

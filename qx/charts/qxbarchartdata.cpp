@@ -57,8 +57,4 @@ QXXML_850::XMLElement* QXBarChartData::GetStatXMLElem() const {
   return GetVariateData().GetUnivariateDataElem();
 }
 
-void QXBarChartData::Display() const {
-  GetVariateData().Display();
-}
-
 }  // namespace QXMath_850

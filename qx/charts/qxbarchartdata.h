@@ -45,7 +45,7 @@ class QXCOMMON_API QXBarChartData {
   QXXML_850::QXVariateData GetVariateData() const;
   // A new "UnivariateData" element of that section, owned by the caller.
   QXXML_850::XMLElement* GetStatXMLElem() const;
-  void Display() const;
+  void Display() const { GetVariateData().Display(); }
 
  private:
   QXUniStats stats;

@@ -93,8 +93,4 @@ QXXML_850::XMLElement* QXClassificationMatrix::GetStatXMLElem() const {
   return section;
 }
 
-void QXClassificationMatrix::Display() const {
-  GetVariateData().Display();
-}
-
 }  // namespace QXMath_850

@@ -51,7 +51,7 @@ class QXCOMMON_API QXClassificationMatrix {
   // A new "MultivariateData" element of that section followed by the matrix
   // as a "Matrix" of kind "any", row-major, labelled on both dimensions.
   QXXML_850::XMLElement* GetStatXMLElem() const;
-  void Display() const;
+  void Display() const { GetVariateData().Display(); }
 
  private:
   double RowTotal(int category) const;

@@ -94,8 +94,4 @@ QXXML_850::XMLElement* QXHistogramData::GetStatXMLElem() const {
   return GetVariateData().GetUnivariateDataElem();
 }
 
-void QXHistogramData::Display() const {
-  GetVariateData().Display();
-}
-
 }  // namespace QXMath_850

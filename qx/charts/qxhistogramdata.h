@@ -62,7 +62,7 @@ class QXCOMMON_API QXHistogramData {
   QXXML_850::QXVariateData GetVariateData() const;
   // A new "UnivariateData" element of that section, owned by the caller.
   QXXML_850::XMLElement* GetStatXMLElem() const;
-  void Display() const;
+  void Display() const { GetVariateData().Display(); }
 
  private:
   bool SetEdges(std::vector<double> newEdges);

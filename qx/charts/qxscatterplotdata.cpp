@@ -81,25 +81,23 @@ std::vector<QXScatterPlotData::Point> QXScatterPlotData::SampleInCaseOrder() con
   return points;
 }
 
-std::vector<double> QXScatterPlotData::GetSampleX() const {
-  std::vector<double> v;
+std::vector<double> QXScatterPlotData::SampleColumn(double Point::*member) const {
+  std::vector<double> column;
   for (const Point& p : SampleInCaseOrder())
-    v.push_back(p.x);
-  return v;
+    column.push_back(p.*member);
+  return column;
+}
+
+std::vector<double> QXScatterPlotData::GetSampleX() const {
+  return SampleColumn(&Point::x);
 }
 
 std::vector<double> QXScatterPlotData::GetSampleY() const {
-  std::vector<double> v;
-  for (const Point& p : SampleInCaseOrder())
-    v.push_back(p.y);
-  return v;
+  return SampleColumn(&Point::y);
 }
 
 std::vector<double> QXScatterPlotData::GetSampleWeights() const {
-  std::vector<double> v;
-  for (const Point& p : SampleInCaseOrder())
-    v.push_back(p.weight);
-  return v;
+  return SampleColumn(&Point::weight);
 }
 
 QXXML_850::QXVariateData QXScatterPlotData::GetVariateData() const {
@@ -123,10 +121,6 @@ QXXML_850::QXVariateData QXScatterPlotData::GetVariateData() const {
 
 QXXML_850::XMLElement* QXScatterPlotData::GetStatXMLElem() const {
   return GetVariateData().GetBivariateDataElem();
-}
-
-void QXScatterPlotData::Display() const {
-  GetVariateData().Display();
 }
 
 }  // namespace QXMath_850

@@ -60,7 +60,7 @@ class QXCOMMON_API QXScatterPlotData {
   QXXML_850::QXVariateData GetVariateData() const;
   // A new "BivariateData" element of that section, owned by the caller.
   QXXML_850::XMLElement* GetStatXMLElem() const;
-  void Display() const;
+  void Display() const { GetVariateData().Display(); }
 
  private:
   struct Point {
@@ -71,6 +71,7 @@ class QXCOMMON_API QXScatterPlotData {
     double weight;
   };
   std::vector<Point> SampleInCaseOrder() const;
+  std::vector<double> SampleColumn(double Point::*member) const;
 
   QXUniStats xStats;
   QXUniStats yStats;
