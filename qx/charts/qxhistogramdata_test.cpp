@@ -7,56 +7,21 @@
 
 #include <cmath>
 #include <map>
-#include <memory>
 #include <random>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "qx/charts/internal/charttest.h"
 #include "qx/charts/qxbarchartdata.h"
 #include "qx/charts/qxscatterplotdata.h"
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/markup/xmlelement.h"
 
-#ifdef QX_HAVE_LIBXML2
-#include <libxml/parser.h>
-#endif
-
 namespace QXMath_850 {
 namespace {
 
 const double MV = QXCommon_850::QXMV::Missing();
-
-// The element written and read back by libxml2: its name and the text of
-// each Array, in order.
-std::vector<std::string> ReadBack(QXXML_850::XMLElement* element, std::string* name) {
-  std::unique_ptr<QXXML_850::XMLElement> owner(element);
-  std::ostringstream out;
-  QXXML_850::WriteTree(out, nullptr, element, true);
-  std::vector<std::string> arrays;
-#ifdef QX_HAVE_LIBXML2
-  const std::string text = out.str();
-  xmlDocPtr doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), "chart.xml", nullptr,
-                                XML_PARSE_NONET);
-  EXPECT_NE(doc, nullptr) << text;
-  if (doc == nullptr) return arrays;
-  xmlNodePtr root = xmlDocGetRootElement(doc);
-  *name = reinterpret_cast<const char*>(root->name);
-  for (xmlNodePtr c = root->children; c != nullptr; c = c->next) {
-    if (c->type != XML_ELEMENT_NODE || !xmlStrEqual(c->name, BAD_CAST "Coordinates")) continue;
-    for (xmlNodePtr a = c->children; a != nullptr; a = a->next) {
-      if (a->type != XML_ELEMENT_NODE) continue;
-      xmlChar* content = xmlNodeGetContent(a);
-      arrays.emplace_back(reinterpret_cast<const char*>(content));
-      xmlFree(content);
-    }
-  }
-  xmlFreeDoc(doc);
-#else
-  *name = "";
-#endif
-  return arrays;
-}
 
 TEST(QXHistogramDataTest, BinCountsAgreeWithDirectCount) {
   std::mt19937 random(7);
@@ -106,12 +71,11 @@ TEST(QXHistogramDataTest, BinCountsAgreeWithDirectCount) {
   EXPECT_EQ(byWidth.GetEdges().back(), 7.5);
   EXPECT_EQ(byCount.GetUniStats().GetMissingFreq(), 4.0);
 
-  std::string name;
-  const std::vector<std::string> arrays = ReadBack(byCount.GetStatXMLElem(), &name);
-  if (!name.empty()) {
-    EXPECT_EQ(name, "UnivariateData");
-    ASSERT_EQ(arrays.size(), 2u);
-    std::istringstream frequencies(arrays[1]);
+  const internal::ReadBack section(byCount.GetStatXMLElem());
+  if (!section.name.empty()) {
+    EXPECT_EQ(section.name, "UnivariateData");
+    ASSERT_EQ(section.arrays.size(), 2u);
+    std::istringstream frequencies(section.arrays[1]);
     for (double f : byCount.GetFrequencies()) {
       double read = 0.0;
       frequencies >> read;
@@ -158,12 +122,9 @@ TEST(QXBarChartDataTest, CategoryCountsAgreeWithDirectCount) {
   EXPECT_DOUBLE_EQ(bars.GetPercents()[2], 100.0 * expected[2] / valid);
   EXPECT_EQ(bars.GetLabel(1), "green");
   EXPECT_EQ(bars.GetLabel(4), "4");
-  std::string name;
-  const std::vector<std::string> arrays = ReadBack(bars.GetStatXMLElem(), &name);
-  if (!name.empty()) {
-    EXPECT_EQ(name, "UnivariateData");
-    ASSERT_EQ(arrays.size(), 2u);
-    EXPECT_EQ(arrays[0], "red green blue 3 4");
+  const internal::ReadBack section(bars.GetStatXMLElem());
+  if (!section.name.empty()) {
+    EXPECT_EQ(section.arrays.at(0), "red green blue 3 4");
   }
 }
 
@@ -201,11 +162,9 @@ TEST(QXScatterPlotDataTest, SampleIsCappedReproducibleAndFavoursWeight) {
   const std::vector<double> y = a.GetSampleY();
   for (size_t i = 0; i < x.size(); ++i)
     EXPECT_EQ(y[i], 2.0 * x[i] + 1.0);
-  std::string name;
-  const std::vector<std::string> arrays = ReadBack(a.GetStatXMLElem(), &name);
-  if (!name.empty()) {
-    EXPECT_EQ(name, "BivariateData");
-    EXPECT_EQ(arrays.size(), 3u);
+  const internal::ReadBack section(a.GetStatXMLElem());
+  if (!section.name.empty()) {
+    EXPECT_EQ(section.arrays.size(), 3u);
   }
   QXScatterPlotData none("x", "y", -3);
   EXPECT_TRUE(none.Update(1.0, 2.0));
