@@ -61,6 +61,7 @@ bool GainsChart::Compute(int nQuantiles) {
   totalWeight = 0.0;
   for (const Case& c : cases)
     totalWeight += c.weight;
+  if (!std::isfinite(totalWeight)) return false;
   const double mv = QXMV::Missing();
   const size_t n = static_cast<size_t>(nQuantiles);
   rowCases.assign(n, 0.0);

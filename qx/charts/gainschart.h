@@ -47,7 +47,8 @@ class QXCOMMON_API GainsChart {
   virtual ~GainsChart();
 
   // Builds the table of nQuantiles rows (10 gives deciles). False, leaving the
-  // table empty, when nQuantiles is below 1 or no case has been added.
+  // table empty, when nQuantiles is below 1, no case has been added or the
+  // total weight overflows.
   bool Compute(int nQuantiles = 10);
 
   const std::string& GetTargetName() const { return targetName; }

@@ -16,6 +16,10 @@ QXHistogramData::~QXHistogramData() {}
 
 bool QXHistogramData::SetEdges(std::vector<double> newEdges) {
   stats = QXUniStats(stats.GetVarName());
+  // Edges that rounding made equal (a width far below the values) bin nothing.
+  for (size_t j = 1; j < newEdges.size(); ++j) {
+    if (!(newEdges[j - 1] < newEdges[j])) newEdges.clear();
+  }
   edges.swap(newEdges);
   frequencies.assign(edges.empty() ? 0 : edges.size() - 1, 0.0);
   below = above = 0.0;
@@ -23,8 +27,7 @@ bool QXHistogramData::SetEdges(std::vector<double> newEdges) {
 }
 
 bool QXHistogramData::SetBinsByCount(double lower, double upper, int nBins) {
-  if (nBins < 1 || nBins > kMaxBins || !std::isfinite(lower) || !std::isfinite(upper) ||
-      lower > upper) {
+  if (nBins < 1 || nBins > kMaxBins || !std::isfinite(upper - lower) || lower > upper) {
     return SetEdges({});
   }
   if (lower == upper) {

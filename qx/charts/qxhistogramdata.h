@@ -34,14 +34,15 @@ class QXCOMMON_API QXHistogramData {
 
   // nBins bins of equal width from lower to upper. A range of one point,
   // as constant data give, is widened to one unit centred on it. False, with
-  // no bins, if nBins is outside 1..kMaxBins or the bounds aren't finite
-  // with lower <= upper.
+  // no bins, if nBins is outside 1..kMaxBins or the bounds and their
+  // difference aren't finite with lower <= upper.
   bool SetBinsByCount(double lower, double upper, int nBins);
   // Bins of the given width whose edges are whole multiples of it, from the
   // multiple at or below lower to the first above upper, so that bins read as
   // round numbers and two histograms of one width line up. False, with no
   // bins, if the width isn't positive and finite, the bounds aren't finite
-  // with lower <= upper, or more than kMaxBins bins would be needed.
+  // with lower <= upper, more than kMaxBins bins would be needed, or the
+  // width is too small for the values to tell its multiples apart.
   bool SetBinsByWidth(double lower, double upper, double width);
 
   // One case. The summary takes it as QXUniStats::Update does (missing

@@ -90,7 +90,9 @@ TEST(QXHistogramDataTest, RefusesBadBinsAndWidensOnePoint) {
   EXPECT_FALSE(h.SetBinsByCount(2.0, 1.0, 4));
   EXPECT_FALSE(h.SetBinsByCount(0.0, HUGE_VAL, 4));
   EXPECT_FALSE(h.SetBinsByWidth(0.0, 1.0, 0.0));
-  EXPECT_FALSE(h.SetBinsByWidth(0.0, 1.0, 1e-9));  // too many bins
+  EXPECT_FALSE(h.SetBinsByWidth(0.0, 1.0, 1e-9));          // too many bins
+  EXPECT_FALSE(h.SetBinsByWidth(1e17, 1e17 + 64.0, 1.0));  // edges that round together
+  EXPECT_FALSE(h.SetBinsByCount(-1e308, 1e308, 4));        // a range beyond the doubles
   EXPECT_FALSE(h.Update(0.5));
   EXPECT_EQ(h.GetNBins(), 0);
   ASSERT_TRUE(h.SetBinsByCount(4.0, 4.0, 2));
