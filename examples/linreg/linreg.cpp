@@ -330,21 +330,6 @@ double OrNaN(double value) {
   return QXMV::IsMissing(value) ? kNaN : value;
 }
 
-// Weighted running mean and sum of squared deviations (West's update), and
-// the extremes, of one continuous variable.
-struct Running {
-  double weight = 0.0, mean = 0.0, m2 = 0.0;
-  double low = std::numeric_limits<double>::infinity(), high = -low;
-  void Add(double x, double w) {
-    weight += w;
-    const double d = x - mean;
-    mean += d * (w / weight);
-    m2 += w * d * (x - mean);
-    low = std::min(low, x);
-    high = std::max(high, x);
-  }
-};
-
 class Run {
  public:
   Run(std::istream& in, const std::string& shownName, const Options& o,
@@ -389,11 +374,13 @@ class Run {
     QXMath_850::QXRectMatrix block(o.block, width, true);
     double* rows = block.AsVector().data();
     int filled = 0;
-    std::vector<Running> running(column.size());
-    fit.fields.assign(column.size(), FieldSummary());
     for (int v = 0; v < static_cast<int>(column.size()); ++v) {
-      if (IsCategorical(list.GetVarAt(v))) {
-        fit.fields[v].frequencies.assign(list.GetEncoderAt(v)->GetNumberOfCategories(), 0.0);
+      const IQXVariable* var = list.GetVarAt(v);
+      if (IsCategorical(var)) {
+        fit.fields.emplace_back(var->GetVariableName(),
+                                list.GetEncoderAt(v)->GetNumberOfCategories());
+      } else {
+        fit.fields.emplace_back(var->GetVariableName());
       }
     }
     while (reader.Next(fields)) {
@@ -423,11 +410,7 @@ class Run {
       if (weighted) row[q + 1] = w;
       for (int v = 0; v < static_cast<int>(column.size()); ++v) {
         if (column[v] < 0 || v == list.GetWeightIndex()) continue;
-        if (IsCategorical(list.GetVarAt(v))) {
-          fit.fields[v].frequencies[static_cast<int>(encoder.Value(v))] += w;
-        } else {
-          running[v].Add(encoder.Value(v), w);
-        }
+        fit.fields[v].Update(encoder.Value(v), w);
       }
       if (++filled == o.block) {
         Flush(*solver, block, filled);
@@ -436,18 +419,11 @@ class Run {
     }
     Flush(*solver, block, filled);
     Counts();
-    for (int v = 0; v < static_cast<int>(column.size()); ++v) {
-      if (column[v] < 0 || IsCategorical(list.GetVarAt(v)) || v == list.GetWeightIndex()) continue;
-      FieldSummary& f = fit.fields[v];
-      f.minimum = running[v].low;
-      f.maximum = running[v].high;
-      f.mean = running[v].mean;
-      f.sd = running[v].weight > 1.0 ? std::sqrt(running[v].m2 / (running[v].weight - 1.0)) : kNaN;
-    }
-    if (running[fit.target].low == running[fit.target].high) {
+    const std::vector<double> range = fit.fields[fit.target].GetSummStats();
+    if (range[0] == range[1]) {
       throw InputError{kConstantTarget, reader.Name() + ": error: the target '" +
                                             list.GetVarAt(fit.target)->GetVariableName() +
-                                            "' is constant (" + Format(running[fit.target].low) +
+                                            "' is constant (" + Format(range[0]) +
                                             ") in every case used"};
     }
     fit.method = o.method;

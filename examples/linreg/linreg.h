@@ -58,12 +58,6 @@ struct Term {
   double estimate = 0.0, stdError = 0.0, tValue = 0.0, pValue = 0.0, lower = 0.0, upper = 0.0;
 };
 
-// The weighted summary of one variable over the cases used.
-struct FieldSummary {
-  double minimum = 0.0, maximum = 0.0, mean = 0.0, sd = 0.0;
-  std::vector<double> frequencies;  // per category code, for a categorical variable
-};
-
 struct Fit {
   Method method = Method::kSweep;
   double tol = 0.0;
@@ -72,7 +66,9 @@ struct Fit {
   int target = -1;  // index of the target in the dictionary
   std::vector<Term> terms;
   std::vector<std::string> aliased;  // names of the terms refused as aliased
-  std::vector<FieldSummary> fields;  // by dictionary index
+  // The weighted summary of each variable over the cases used, by dictionary
+  // index; the weight's is empty.
+  std::vector<QXMath_850::QXUniStats> fields;
   long rowsRead = 0, casesUsed = 0, casesDropped = 0, badWeights = 0;
   double weightSum = 0.0;
   double rss = 0.0, tss = 0.0, rSquared = 0.0, adjRSquared = 0.0, sigma = 0.0;

@@ -144,7 +144,7 @@ std::string SummaryText(const Fit& fit, const std::string& call) {
   }
   out += "\n";
   out += Table(names, {"Estimate", "Std. Error", "t value", "Pr(>|t|)"},
-               {est, se, FormatColumn(tValue, 4), FormatP(pValue, 3, "< 2e-16")}, stars);
+               {est, se, FormatColumn(tValue, 4), FormatP(pValue, 3, "<2e-16")}, stars);
   out += "---\nSignif. codes:  0 '***' 0.001 '**' 0.01 '*' 0.05 '.' 0.1 ' ' 1\n\n";
   out += "Residual standard error: " + G(fit.sigma, 4) + " on " + G(fit.dfResidual, 15) +
          " degrees of freedom\n";
