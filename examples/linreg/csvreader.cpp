@@ -20,7 +20,7 @@ std::string_view Trim(std::string_view s) {
 }  // namespace
 
 CsvReader::CsvReader(std::istream& input, std::string shownName)
-    : in(input), name(std::move(shownName)), buffer(kChunk) {}
+    : in(input), name(std::move(shownName)), buffer(kChunk), origin(input.tellg()) {}
 
 InputError CsvReader::Error(Code code, const std::string& what) const {
   return InputError{code, name + ":" + std::to_string(line) + ": error: " + what};
@@ -36,6 +36,7 @@ void CsvReader::Fill() {
   in.read(buffer.data() + end, static_cast<std::streamsize>(buffer.size() - end));
   const std::streamsize got = in.gcount();
   end += static_cast<std::size_t>(got);
+  consumed += got;
   if (got == 0) atEof = true;
 }
 
@@ -147,8 +148,7 @@ const std::vector<std::string>& CsvReader::ReadHeader() {
   }
   header.assign(fields.begin(), fields.end());
   dataLine = line;
-  dataStart = in.tellg();
-  if (dataStart != std::streampos(-1)) dataStart -= static_cast<std::streamoff>(end - begin);
+  dataStart = consumed - static_cast<std::streamoff>(end - begin);
   return header;
 }
 
@@ -167,7 +167,7 @@ bool CsvReader::Next(std::vector<std::string_view>& fields) {
 
 void CsvReader::Rewind() {
   in.clear();
-  if (dataStart == std::streampos(-1) || !in.seekg(dataStart)) {
+  if (origin == std::streampos(-1) || !in.seekg(origin + dataStart)) {
     throw InputError{kCannotOpen, name + ": error: the input can't be read a second time"};
   }
   begin = end = 0;

@@ -55,7 +55,9 @@ class CsvReader {
   bool atEof = false;
   long line = 0;
   long dataLine = 0;
-  std::streampos dataStart = 0;
+  std::streampos origin;               // where the stream stood at the start; -1 if unknown
+  std::streamoff consumed = 0;         // bytes read from it since
+  std::streamoff dataStart = 0;        // offset of the first row after the header
   std::vector<std::string> unescaped;  // quoted fields that held ""
 };
 

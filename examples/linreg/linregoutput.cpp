@@ -44,7 +44,6 @@ void WriteAtomically(const XMLElement& root, const std::string& path) {
   throw InputError{kCannotWrite, path + ": error: cannot write the file (" + why + ")"};
 }
 
-
 // The regression model element: the mining schema, the statistics of every
 // field and the quality of the fit, and the one regression table, in which an
 // aliased term has no predictor and a reference category none either.

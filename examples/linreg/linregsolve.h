@@ -8,6 +8,7 @@
 
 #include <qx/qxcommon.h>
 
+#include <limits>
 #include <vector>
 
 namespace linreg {
@@ -22,6 +23,8 @@ struct Solution {
   std::vector<double> inverse;  // q by q, row-major
   std::vector<double> means;    // q + 1, the target last
   double rss = 0.0, tss = 0.0, weightSum = 0.0;
+  // The intercept when a refinement set it; NaN: from the means.
+  double intercept = std::numeric_limits<double>::quiet_NaN();
 };
 
 // Takes the rows a block at a time (the first `rows` rows of `block`).
