@@ -15,6 +15,7 @@
 
 #include "linreg.h"
 #include "linregoutput.h"
+#include "linregreport.h"
 
 namespace linreg {
 namespace {
@@ -248,6 +249,36 @@ TEST(LinregTest, ReachesTheNistCertifiedDigits) {
     std::printf("%-9s %-5s %4.1f digits (least: %s)\n", c.strd, c.method, least, worst.c_str());
     EXPECT_GE(least, c.digits) << c.strd << " by " << c.method;
   }
+}
+
+TEST(LinregTest, PrintsTheCoefficientTableAsRsSummaryDoes) {
+  // testdata/r_summaries.txt: "## set", then the lines summary(lm) prints
+  // from "Coefficients:" to before "---".
+  std::map<std::string, std::string> printed;
+  std::ifstream in(kTestData + "r_summaries.txt");
+  std::string set;
+  for (std::string line; std::getline(in, line);) {
+    if (line.compare(0, 3, "## ") == 0) {
+      set = line.substr(3);
+    } else {
+      printed[set] += line + "\n";
+    }
+  }
+  int compared = 0;
+  for (const Set& s : Sets()) {
+    // The Wampler tables print R's own last-digit errors of near-zero values.
+    if (std::string(s.name).compare(0, 7, "wampler") == 0) continue;
+    Fit fit;
+    std::string text;
+    if (!FitSet(s, "sweep", 0.0, fit, text)) continue;
+    const std::string report = SummaryText(fit, "");
+    const std::size_t from = report.find("Coefficients:");
+    const std::size_t to = report.find("---\n");
+    ASSERT_NE(to, std::string::npos);
+    EXPECT_EQ(report.substr(from, to - from), printed.at(s.name)) << s.name;
+    ++compared;
+  }
+  EXPECT_GE(compared, 4);
 }
 
 // The fitted values of a set from its CSV text and the terms of the fit.

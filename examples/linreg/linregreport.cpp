@@ -63,15 +63,45 @@ const char* Stars(double p) {
   return "   ";
 }
 
-// P-values as R's format.pval: those below double epsilon as "< 2e-16",
-// the others formatted together.
-std::vector<std::string> FormatP(const std::vector<double>& p, int digits, const char* tiny) {
-  std::vector<double> rest;
-  for (double v : p)
-    rest.push_back(v < 2.220446049250313e-16 ? std::nan("") : v);
-  std::vector<std::string> out = FormatColumn(rest, digits);
+// P-values as R's format.pval: those below double epsilon as "<" and the
+// epsilon to fewer digits, the others formatted in two groups, those from
+// 1e-3 (1e-4 with more than one digit) up in fixed notation together, the
+// smaller ones together.
+std::vector<std::string> FormatP(const std::vector<double>& p, int digits) {
+  const double eps = 2.220446049250313e-16;
+  std::vector<double> fixed, small;
+  for (double v : p) {
+    if (std::isnan(v) || v < eps) continue;
+    const double expo = std::floor(std::log10(v > 0.0 ? v : 1e-50));
+    (expo >= -3 || (expo == -4 && digits > 1) ? fixed : small).push_back(v);
+  }
+  const std::vector<std::string> fixedText = FormatColumn(fixed, digits);
+  const std::vector<std::string> smallText = FormatColumn(small, digits);
+  std::vector<std::string> out;
+  std::size_t nc = 0, f = 0, s = 0;
+  bool anyTiny = false;
+  for (double v : p) {
+    if (std::isnan(v)) {
+      out.push_back("NA");
+    } else if (v < eps) {
+      out.push_back("");
+      anyTiny = true;
+    } else {
+      const double expo = std::floor(std::log10(v > 0.0 ? v : 1e-50));
+      out.push_back(expo >= -3 || (expo == -4 && digits > 1) ? fixedText[f++] : smallText[s++]);
+      nc = std::max(nc, out.back().size());
+    }
+  }
+  if (!anyTiny) return out;
+  int d = std::max(1, digits - 2);
+  std::string sep = d == 1 ? "" : " ";
+  if (nc > 0) {
+    if (d > 1 && d + 6 > static_cast<int>(nc)) d = std::max(1, static_cast<int>(nc) - 7);
+    sep = d == 1 && nc <= 6 ? "" : " ";
+  }
+  const std::string tiny = "<" + sep + FormatColumn({eps}, d)[0];
   for (std::size_t i = 0; i < p.size(); ++i) {
-    if (p[i] < 2.220446049250313e-16) out[i] = tiny;
+    if (p[i] < eps) out[i] = tiny;
   }
   return out;
 }
@@ -144,7 +174,7 @@ std::string SummaryText(const Fit& fit, const std::string& call) {
   }
   out += "\n";
   out += Table(names, {"Estimate", "Std. Error", "t value", "Pr(>|t|)"},
-               {est, se, FormatColumn(tValue, 4), FormatP(pValue, 3, "<2e-16")}, stars);
+               {est, se, FormatColumn(tValue, 4), FormatP(pValue, 3)}, stars);
   out += "---\nSignif. codes:  0 '***' 0.001 '**' 0.01 '*' 0.05 '.' 0.1 ' ' 1\n\n";
   out += "Residual standard error: " + G(fit.sigma, 4) + " on " + G(fit.dfResidual, 15) +
          " degrees of freedom\n";
@@ -152,9 +182,7 @@ std::string SummaryText(const Fit& fit, const std::string& call) {
          ",\tAdjusted R-squared:  " + G(fit.adjRSquared, 4) + " \n";
   if (fit.dfModel > 0) {
     out += "F-statistic: " + G(fit.fValue, 4) + " on " + G(fit.dfModel, 15) + " and " +
-           G(fit.dfResidual, 15) + " DF,  p-value: " +
-           (fit.fPValue < 2.220446049250313e-16 ? std::string("< 2.2e-16") : G(fit.fPValue, 4)) +
-           "\n";
+           G(fit.dfResidual, 15) + " DF,  p-value: " + FormatP({fit.fPValue}, 4)[0] + "\n";
   }
 
   // The analysis of variance, the model's terms taken together.
@@ -165,9 +193,10 @@ std::string SummaryText(const Fit& fit, const std::string& call) {
       Table({"Regression", "Residuals", "Total"}, {"Df", "Sum Sq", "Mean Sq", "F value", "Pr(>F)"},
             {{G(fit.dfModel, 15), G(fit.dfResidual, 15), G(dfTotal, 15)},
              FormatColumn({mss, fit.rss, fit.tss}, 6),
-             FormatColumn({mss / fit.dfModel, fit.rss / fit.dfResidual, std::nan("")}, 6),
+             {FormatColumn({mss / fit.dfModel, fit.rss / fit.dfResidual}, 6)[0],
+              FormatColumn({mss / fit.dfModel, fit.rss / fit.dfResidual}, 6)[1], ""},
              {G(fit.fValue, 5), "", ""},
-             {FormatP({fit.fPValue}, 4, "< 2.2e-16")[0], "", ""}},
+             {FormatP({fit.fPValue}, 4)[0], "", ""}},
             {Stars(fit.fPValue), "", ""});
 
   // Confidence limits, as R's confint.

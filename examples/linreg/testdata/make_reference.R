@@ -65,6 +65,7 @@ write.csv(missing, "missing.csv", row.names = FALSE, quote = FALSE, na = "")
 sets$missing <- list(data = missing)
 
 rows <- list()
+summaries <- character()
 add <- function(set, quantity, term, value) {
   rows[[length(rows) + 1]] <<- data.frame(set = set, quantity = quantity, term = term,
                                           value = sprintf("%.17g", value))
@@ -83,6 +84,12 @@ for (name in names(sets)) {
   formula <- reformulate(predictors, response = target)
   fit <- if (is.null(s$weights)) lm(formula, d) else lm(formula, d, weights = d[[s$weights]])
   sm <- summary(fit)
+  # The coefficient table as summary() prints it, for the layout of the report.
+  printed <- capture.output(print(sm))
+  from <- grep("^Coefficients:", printed)
+  to <- grep("^---|^Residual standard error", printed)[1]
+  while (printed[to - 1] == "") to <- to - 1
+  summaries <- c(summaries, paste("##", name), printed[from:(to - 1)])
   coefs <- coef(fit)
   table <- coef(sm)
   for (term in names(coefs)) {
@@ -103,4 +110,5 @@ for (name in names(sets)) {
   add(name, "cases", "", nobs(fit))
 }
 write.csv(do.call(rbind, rows), "r_reference.csv", row.names = FALSE, quote = FALSE)
+writeLines(summaries, "r_summaries.txt")
 cat(R.version.string, "\n")
