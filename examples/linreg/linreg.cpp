@@ -588,9 +588,11 @@ class Run {
     list.SetUnWeightedCount(static_cast<double>(fit.casesUsed));
     list.SetDroppedCount(static_cast<double>(fit.casesDropped));
     list.SetBadWeightCount(static_cast<double>(fit.badWeights));
-    const long line = reader.Line() + 1;
-    const std::string where = reader.Name() + ":" + std::to_string(line) + ": error: ";
-    if (fit.rowsRead == 0) throw InputError{kBadTable, where + "no data rows after the header"};
+    const std::string where = reader.Name() + ": error: ";
+    if (fit.rowsRead == 0) {
+      throw InputError{kBadTable, reader.Name() + ":" + std::to_string(reader.Line() + 1) +
+                                      ": error: no data rows after the header"};
+    }
     if (fit.casesUsed == 0 && fit.casesDropped > 0) {
       throw InputError{kAllDropped, where + "all " + std::to_string(fit.casesDropped) +
                                         " cases with a usable weight have a missing value"};

@@ -101,21 +101,25 @@ XMLElement* RegressionModel(const Fit& fit, const std::string& dataName,
     if (t.variable < 0) intercept = t.estimate;
   }
   table->AddAttribute("intercept", intercept);
-  for (const Term& t : fit.terms) {
-    if (t.variable < 0 || t.aliased) continue;
-    const std::string& name = list.GetVarAt(t.variable)->GetVariableName();
-    XMLElement* predictor;
-    if (t.category < 0) {
-      predictor = XMLElement::Create("NumericPredictor");
-      predictor->AddAttribute(P::XML_ATT_NAME, name);
-      predictor->AddAttribute("exponent", "1");
-    } else {
-      predictor = XMLElement::Create("CategoricalPredictor");
-      predictor->AddAttribute(P::XML_ATT_NAME, name);
-      predictor->AddAttribute(P::XML_ATT_VALUE, list.GetEncoderAt(t.variable)->Decode(t.category));
+  // The schema wants the numeric predictors ahead of the categorical ones.
+  for (const bool categorical : {false, true}) {
+    for (const Term& t : fit.terms) {
+      if (t.variable < 0 || t.aliased || (t.category >= 0) != categorical) continue;
+      const std::string& name = list.GetVarAt(t.variable)->GetVariableName();
+      XMLElement* predictor;
+      if (!categorical) {
+        predictor = XMLElement::Create("NumericPredictor");
+        predictor->AddAttribute(P::XML_ATT_NAME, name);
+        predictor->AddAttribute("exponent", "1");
+      } else {
+        predictor = XMLElement::Create("CategoricalPredictor");
+        predictor->AddAttribute(P::XML_ATT_NAME, name);
+        predictor->AddAttribute(P::XML_ATT_VALUE,
+                                list.GetEncoderAt(t.variable)->Decode(t.category));
+      }
+      predictor->AddAttribute("coefficient", t.estimate);
+      table->AddElement(predictor);
     }
-    predictor->AddAttribute("coefficient", t.estimate);
-    table->AddElement(predictor);
   }
   model->AddElement(table);
   return model;
