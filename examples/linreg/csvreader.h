@@ -6,6 +6,7 @@
 #ifndef QX_EXAMPLES_LINREG_CSVREADER_H
 #define QX_EXAMPLES_LINREG_CSVREADER_H
 
+#include <deque>
 #include <istream>
 #include <string>
 #include <string_view>
@@ -58,7 +59,9 @@ class CsvReader {
   std::streampos origin;               // where the stream stood at the start; -1 if unknown
   std::streamoff consumed = 0;         // bytes read from it since
   std::streamoff dataStart = 0;        // offset of the first row after the header
-  std::vector<std::string> unescaped;  // quoted fields that held ""
+  // Quoted fields that held "", one entry per such field of a line; a deque,
+  // so that adding one leaves the views of the others valid.
+  std::deque<std::string> unescaped;
 };
 
 // A finite number that takes up the whole field (a leading '+' allowed); the
