@@ -56,9 +56,9 @@ class CsvReader {
   bool atEof = false;
   long line = 0;
   long dataLine = 0;
-  std::streampos origin;               // where the stream stood at the start; -1 if unknown
-  std::streamoff consumed = 0;         // bytes read from it since
-  std::streamoff dataStart = 0;        // offset of the first row after the header
+  std::streampos origin;         // where the stream stood at the start; -1 if unknown
+  std::streamoff consumed = 0;   // bytes read from it since
+  std::streamoff dataStart = 0;  // offset of the first row after the header
   // Quoted fields that held "", one entry per such field of a line; a deque,
   // so that adding one leaves the views of the others valid.
   std::deque<std::string> unescaped;
