@@ -513,7 +513,7 @@ class Run {
         change = std::fmax(change, std::fabs(d) / std::fmax(std::fabs(s.coef[i]), 1e-300));
       }
       intercept += shift;
-      if (change < 1e-17) break;
+      if (change < 1e-15) break;
     }
     s.intercept = intercept;
   }

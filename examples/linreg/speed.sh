@@ -22,13 +22,21 @@ if [ ! -f "$csv" ]; then
   }' > "$csv"
 fi
 echo "data: $csv ($(du -h "$csv" | cut -f1), $rows rows, $cols predictors)"
-peak() { /usr/bin/time -f "%e %M" "$@" 2>&1 >/dev/null | tail -1; }
-read -r secs kb <<<"$(peak "$linreg" "$csv" --block 4096 --statxml "$dir/speed.statxml.xml" --pmml "$dir/speed.pmml")"
-echo "linreg sweep: $secs s, $(awk -v r="$rows" -v s="$secs" 'BEGIN{printf "%.0f", r/s}') rows/s, peak RSS $((kb / 1024)) MiB"
-read -r qsecs qkb <<<"$(peak "$linreg" "$csv" --block 4096 --method qr --statxml "$dir/speed.statxml.xml" --pmml "$dir/speed.pmml")"
-echo "linreg qr:    $qsecs s, $(awk -v r="$rows" -v s="$qsecs" 'BEGIN{printf "%.0f", r/s}') rows/s, peak RSS $((qkb / 1024)) MiB"
+# Prints "seconds peak-KiB" of a command, then the command's standard error.
+peak() { /usr/bin/time -f "%e %M" "$@" 2>"$dir/speed.err" >/dev/null; tail -1 "$dir/speed.err"; }
+rate() { awk -v r="$rows" -v s="$1" 'BEGIN{printf "%.0f", r/s}'; }
+docs=(--statxml "$dir/speed.statxml.xml" --pmml "$dir/speed.pmml")
+read -r secs kb <<<"$(peak "$linreg" "$csv" --block 4096 "${docs[@]}")"
+echo "linreg sweep: $secs s, $(rate "$secs") rows/s, peak RSS $((kb / 1024)) MiB"
+read -r qsecs qkb <<<"$(peak "$linreg" "$csv" --block 4096 --method qr "${docs[@]}")"
+echo "linreg qr:    $qsecs s, $(rate "$qsecs") rows/s, peak RSS $((qkb / 1024)) MiB"
 if command -v Rscript >/dev/null; then
-  read -r rsecs rkb <<<"$(peak Rscript -e "d <- read.csv('$csv'); f <- lm(y ~ ., d); invisible(summary(f))")"
-  echo "R read.csv + lm: $rsecs s, peak RSS $((rkb / 1024)) MiB"
-  echo "ratio R / linreg sweep: $(awk -v a="$rsecs" -v b="$secs" 'BEGIN{printf "%.2f", a/b}')"
+  # R's own clock splits reading the file from the fit.
+  read -r rsecs rkb <<<"$(peak Rscript -e "t0 <- proc.time()[[3]]; d <- read.csv('$csv')
+    t1 <- proc.time()[[3]]; s <- summary(lm(y ~ ., d)); t2 <- proc.time()[[3]]
+    cat(sprintf('%.2f %.2f\\n', t1 - t0, t2 - t1), file = '$dir/speed.r')")"
+  read -r rread rfit <"$dir/speed.r"
+  echo "R: $rsecs s (read.csv $rread s, lm + summary $rfit s), peak RSS $((rkb / 1024)) MiB"
+  echo "R / linreg sweep: $(awk -v a="$rsecs" -v b="$secs" 'BEGIN{printf "%.1f", a/b}')," \
+       "R / linreg qr: $(awk -v a="$rsecs" -v b="$qsecs" 'BEGIN{printf "%.1f", a/b}')"
 fi
