@@ -21,40 +21,6 @@ constexpr double kDefaultMinValue = 1e-06;
 // Below this a row's scale counts as zero: the smallest normal double.
 constexpr double kTinyScale = 2.2250738585072014e-308;
 
-// out = M S M^T for a lower triangular M and a symmetric S, both packed.
-// T = M S first, row by row; then out(i, j) = sum over l <= j of
-// T(i, l) M(j, l) for j <= i.
-bool LowerSymLowerT(const QXSymMatrix& m, const QXSymMatrix& s, QXSymMatrix& out) {
-  const int n = m.GetNRows();
-  if (s.GetNRows() != n || !out.SetNRows(n, true)) return false;
-  const std::vector<double>& mp = m.AsVectorConst();
-  std::vector<double> t(static_cast<std::size_t>(n) * n, 0.0);
-  std::vector<double> srow;
-  for (int k = 0; k < n; ++k) {
-    s.GetRow(k, srow);
-    // Row k of S enters every row i >= k of T with weight M(i, k).
-    for (int i = k; i < n; ++i) {
-      const double w = mp[RowStart(i) + k];
-      if (w == 0.0) continue;
-      double* ti = t.data() + static_cast<std::size_t>(i) * n;
-      for (int l = 0; l < n; ++l)
-        ti[l] += w * srow[l];
-    }
-  }
-  std::vector<double>& op = out.AsVector();
-  for (int i = 0; i < n; ++i) {
-    const double* ti = t.data() + static_cast<std::size_t>(i) * n;
-    for (int j = 0; j <= i; ++j) {
-      const double* mj = mp.data() + RowStart(j);
-      double sum = 0.0;
-      for (int l = 0; l <= j; ++l)
-        sum += ti[l] * mj[l];
-      op[RowStart(i) + j] = sum;
-    }
-  }
-  return true;
-}
-
 // Row j of the leading triangle gets -u_j p and then -p_j u, element by
 // element as the two Daxpy calls would (each skipped when its factor is
 // 0.0), in one pass over the row.
@@ -159,7 +125,7 @@ bool QXEigenValues::SetEMatrix(const QXSymMatrix& e) {
   eFactorInverse = eFactor;
   double det[2] = {0.0, 0.0};
   eFactorInverse.LTDetInverse(det, 10);
-  if (!eFactorInverse.IsValidMatrix() || !LowerSymLowerT(eFactorInverse, hMatrix, transformed)) {
+  if (!eFactorInverse.IsValidMatrix() || !hMatrix.ComputeLSLTrans(eFactorInverse, transformed)) {
     ResetE();
     return false;
   }
@@ -363,6 +329,7 @@ void QXEigenValues::CopyVectorsOut(const std::vector<int>& order, QXRectMatrix& 
   vectors.SetNRowsCols(rows, n, true);
   const double* x = eigenVectors.AsVectorConst().data();
   double* out = vectors.AsVector().data();
+  std::vector<double> y(eValid ? n : 0), v;
   for (int r = 0; r < rows; ++r) {
     const double* xk = x + static_cast<std::size_t>(order[r]) * n;
     double* o = out + static_cast<std::size_t>(r) * n;
@@ -370,15 +337,10 @@ void QXEigenValues::CopyVectorsOut(const std::vector<int>& order, QXRectMatrix& 
       std::copy(xk, xk + n, o);
       continue;
     }
-    // v = L^-T y: v_c = sum over i >= c of Linv(i, c) y_i.
-    const std::vector<double>& li = eFactorInverse.AsVectorConst();
-    for (int i = 0; i < n; ++i) {
-      const double yi = xk[i];
-      if (yi == 0.0) continue;
-      const double* row = li.data() + RowStart(i);
-      for (int c = 0; c <= i; ++c)
-        o[c] += row[c] * yi;
-    }
+    // The generalized problem's vector is L^-T y.
+    std::copy(xk, xk + n, y.begin());
+    eFactorInverse.ComputeLTransV(y, v);
+    std::copy(v.begin(), v.end(), o);
   }
 }
 
@@ -470,7 +432,7 @@ bool QXEigenValues::GetPDHMatrix(double minValue, QXSymMatrix& out, bool& change
   }
   // With E, the repaired reduced matrix goes back through L: L T L^T.
   if (eValid) {
-    if (!LowerSymLowerT(eFactor, sum, out)) return false;
+    if (!sum.ComputeLSLTrans(eFactor, out)) return false;
   } else {
     out = sum;
   }

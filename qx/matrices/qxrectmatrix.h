@@ -245,6 +245,36 @@ class QXCOMMON_API QXRectMatrix : public IQXRectMatrix {
   // upper triangle in the packed store of r (read r(k, j), j >= k) and Q in q.
   bool QRDecompositionH(QXSymMatrix& r, QXRectMatrix& q) const;
 
+  // ---- Redundancy search and solvers (qxrectmatrix_solve.cpp).
+
+  // Marks the independent columns (rows when `rows`) by the rank-tolerant
+  // Cholesky of A^T A (A A^T) at tolerance tol * tol, relative to its
+  // diagonal; returns the count of redundant ones, or -1 for tol < 0.0.
+  int FindRedundancies(double tol, QXBitSet& nonRedundant, bool rows);
+  // The same search, listing the independent ones in ascending order;
+  // returns how many there are. tol is only squared, so its sign is lost.
+  int FindNonRedunIndices(double tol, std::vector<int>& indices, bool rows) const;
+  // out gets the independent columns (rows) and indices their positions;
+  // returns their count, or -1 for tol < 0.0.
+  int ExtractFullRank(double tol, QXRectMatrix& out, std::vector<int>& indices, bool rows) const;
+  // Replaces each column by its residual on the columns of z, over the
+  // columns of z the sweep admits at tolerance tol (marked in zKept);
+  // columnsLeft marks the columns keeping more than tol of their sum of
+  // squares. False when the row counts differ, either matrix is empty, or
+  // tol <= 0.0.
+  bool ResidOfOrthProjection(const QXRectMatrix& z, double tol, QXBitSet& zKept,
+                             QXBitSet& columnsLeft);
+  // A x = b for a square A by LU with partial pivoting; true when the
+  // reciprocal condition estimate is above minRcond (x is left alone
+  // otherwise). False for a non-square or empty A, minRcond < 0.0, or a b
+  // not of order n.
+  bool SolveLinearSquare(const std::vector<double>& b, std::vector<double>& x, double minRcond);
+  // 0 when A is square and SolveLinearSquare(b, x, tol) succeeds; otherwise
+  // the generalized solution of the normal equations A^T A x = A^T b, with
+  // the count of redundant columns (or -1 from the solve). -1 for an empty A
+  // or tol <= 0.0.
+  int EstimateLinearGI(const std::vector<double>& b, std::vector<double>& x, double tol);
+
  protected:
   // Sizes the store to nRows * nCols; an allocation failure sets both counts
   // to -1. The store is emptied when either count is 0 or below. True when

@@ -469,6 +469,24 @@ class QXCOMMON_API QXSymMatrix : public IQXSymMatrix {
   // since no shift could help then.
   int TransformToPositiveDefinite(double tol, bool& changed, double& shift);
 
+  // ---- Systems that may be singular (qxsymmatrix_solve.cpp).
+
+  // S x = b on an independent set of rows, chosen by up to two redundancy
+  // searches on the cross-products S^T S at tolerance 2 tol, the chosen block
+  // solved by the symmetric indefinite factorization; x is 0.0 at the rows
+  // left out. False unless n > 0, tol >= 0.0 and b has n elements, when no
+  // row is independent, or when the chosen block is singular.
+  bool SolveIndefinite(double tol, const std::vector<double>& b, std::vector<double>& x);
+  // The same on the rows the caller keeps: those with a true bit (below
+  // min(n, keep.Size())) and every row beyond keep, less the rows that are
+  // zero in the kept columns. With every bit true the whole matrix is solved.
+  bool SolveIndefinite(const QXBitSet& keep, const std::vector<double>& b, std::vector<double>& x);
+  // x from the normal equations (S^T S) x = S b by the rank-tolerant
+  // Cholesky solve. True when fewer than n rows were redundant, which
+  // includes a refused solve (count -1); false unless n > 0, tol >= 0.0 and
+  // b has n elements.
+  bool SolveIndefiniteGI(double tol, const std::vector<double>& b, std::vector<double>& x);
+
  protected:
   // Sizes the store to n*(n+1)/2; an allocation failure sets n to -1. The store
   // is emptied when n <= 0. True when n >= 0 afterwards.
@@ -481,6 +499,16 @@ class QXCOMMON_API QXSymMatrix : public IQXSymMatrix {
   int blockSize;
   std::vector<double> data;
 };
+
+// out[k] = v[indices[k]]: v gathered at a list of positions. False, with out
+// unchanged, when a position lies outside v.
+QXCOMMON_API bool VecExtract(const std::vector<double>& v, const std::vector<int>& indices,
+                             std::vector<double>& out);
+// out, of n elements, is 0.0 but at indices[k], where it is v[k]: the reverse
+// of VecExtract. False, with out unchanged, when v and indices differ in
+// length or a position lies outside 0..n-1.
+QXCOMMON_API bool VecExpand2(const std::vector<double>& v, const std::vector<int>& indices, int n,
+                             std::vector<double>& out);
 
 }  // namespace QXMath_850
 
