@@ -112,8 +112,8 @@ bool QXSymMatrix::SolveIndefinite(const QXBitSet& keep, const std::vector<double
   return !rows.empty() && SolveOnRows(*this, rows, b, x);
 }
 
-// The result tests only the count against n, so a refused solve (-1) also
-// reads as success; callers have relied on that.
+// The result compares only the count with n, so a refused solve (-1) also
+// reads as success.
 bool QXSymMatrix::SolveIndefiniteGI(double tol, const std::vector<double>& b,
                                     std::vector<double>& x) {
   const int n = nRows;
