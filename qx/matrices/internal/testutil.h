@@ -162,6 +162,41 @@ void ForEachKernelPath(F&& f) {
   ForceKernelPath(best);
 }
 
+// A v for either kind of dense matrix.
+inline std::vector<double> Times(const QXSymMatrix& a, const std::vector<double>& v) {
+  std::vector<double> out;
+  a.ComputeSV(v, out);
+  return out;
+}
+inline std::vector<double> Times(const QXRectMatrix& a, const std::vector<double>& v) {
+  std::vector<double> out;
+  a.ComputeRV(v, out);
+  return out;
+}
+
+// Largest |A x - b| relative to the largest |b|.
+template <typename Matrix>
+double RelResidual(const Matrix& a, const std::vector<double>& x, const std::vector<double>& b) {
+  const std::vector<double> ax = Times(a, x);
+  if (ax.size() != b.size()) return HUGE_VAL;
+  double worst = 0.0, scale = 0.0;
+  for (std::size_t i = 0; i < b.size(); ++i) {
+    worst = std::fmax(worst, std::fabs(ax[i] - b[i]));
+    scale = std::fmax(scale, std::fabs(b[i]));
+  }
+  return worst / scale;
+}
+
+// b = A y for half-integers y of A's column count: a consistent right-hand
+// side, exact for integer A, with no element of y 0.0.
+template <typename Matrix>
+std::vector<double> ConsistentRhs(const Matrix& a, int cols) {
+  std::vector<double> y(cols);
+  for (int i = 0; i < cols; ++i)
+    y[i] = (i * 7 % 11) - 5.5;
+  return Times(a, y);
+}
+
 }  // namespace internal
 }  // namespace QXMath_850
 
