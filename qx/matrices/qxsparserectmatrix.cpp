@@ -53,14 +53,8 @@ QXSparseRectMatrix::QXSparseRectMatrix(const QXRectMatrix& dense) : nRows(0), nC
 }
 
 QXSparseRectMatrix::QXSparseRectMatrix(const QXSparseRectMatrix& other)
-    : IQXRectMatrix(other), nRows(other.nRows), nCols(other.nCols) {
-  try {
-    rowStart = other.rowStart;
-    colIndex = other.colIndex;
-    values = other.values;
-  } catch (...) {
-    MakeInvalid();
-  }
+    : IQXRectMatrix(other), nRows(0), nCols(0) {
+  *this = other;
 }
 
 QXSparseRectMatrix& QXSparseRectMatrix::operator=(const QXSparseRectMatrix& other) {

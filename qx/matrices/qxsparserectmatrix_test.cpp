@@ -19,6 +19,7 @@ namespace QXMath_850 {
 namespace {
 
 using internal::SameBits;
+using internal::SameBitsAll;
 using QXCommon_850::QXMV;
 using Vec = std::vector<double>;
 using Rects = std::vector<const IQXRectMatrix*>;
@@ -35,14 +36,6 @@ QXRectMatrix SparseData(int rows, int cols, unsigned seed) {
     }
   }
   return m;
-}
-
-bool SameBitsAll(const Vec& a, const Vec& b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t k = 0; k < a.size(); ++k) {
-    if (!SameBits(a[k], b[k])) return false;
-  }
-  return true;
 }
 
 Vec Dense(const IQXRectMatrix& m) {

@@ -14,16 +14,9 @@ namespace {
 
 using internal::Kind;
 using internal::SameBits;
+using internal::SameBitsAll;
 using internal::TestMatrix;
 using Vec = std::vector<double>;
-
-bool SameBitsAll(const Vec& a, const Vec& b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t k = 0; k < a.size(); ++k) {
-    if (!SameBits(a[k], b[k])) return false;
-  }
-  return true;
-}
 
 Vec Packed(const QXSymBlockMatrix& b) {
   QXSymMatrix s;

@@ -31,28 +31,37 @@ double DotWithEntries(const std::vector<double>& t, int count, const int* index,
   return sum;
 }
 
-// Element (c, e), e <= c, of R^T S R is handed to sink(c, e, value) for each
-// c and e whose columns of r are both non-zero (the others are 0.0). Column
-// c gives t = S r_c, and the element is t's dot with column e, both columns
-// read from r's transpose in the order of r's rows.
-template <typename Sink>
-void RTransSRByColumns(const QXSymMatrix& s, const QXSparseRectMatrix& r, Sink sink) {
+// Hands f(c, t, columns) each column c of r that has a non-zero, in order,
+// with t = S r_c; columns is r's transpose, so that its row c is column c.
+template <typename F>
+void ForEachSTimesColumn(const QXSymMatrix& s, const QXSparseRectMatrix& r, F f) {
   QXSparseRectMatrix columns(r);
   columns.Transpose();
-  const double* a = s.AsVectorConst().data();
-  const int m = s.GetNRows();
   std::vector<double> t;
   const int* rows = nullptr;
   const double* x = nullptr;
   for (int c = 0; c < columns.GetNRows(); ++c) {
     const int count = columns.GetRowEntries(c, rows, x);
     if (count == 0) continue;
-    SymTimesSparse(a, m, count, rows, x, t);
-    for (int e = 0; e <= c; ++e) {
-      const int other = columns.GetRowEntries(e, rows, x);
-      if (other > 0) sink(c, e, DotWithEntries(t, other, rows, x));
-    }
+    SymTimesSparse(s.AsVectorConst().data(), s.GetNRows(), count, rows, x, t);
+    f(c, t, columns);
   }
+}
+
+// Element (c, e), e <= c, of R^T S R is handed to sink(c, e, value) for each
+// c and e whose columns of r are both non-zero (the others are 0.0): the dot
+// of S r_c with column e, read in the order of r's rows.
+template <typename Sink>
+void RTransSRByColumns(const QXSymMatrix& s, const QXSparseRectMatrix& r, Sink sink) {
+  ForEachSTimesColumn(
+      s, r, [&sink](int c, const std::vector<double>& t, const QXSparseRectMatrix& columns) {
+        const int* rows = nullptr;
+        const double* x = nullptr;
+        for (int e = 0; e <= c; ++e) {
+          const int other = columns.GetRowEntries(e, rows, x);
+          if (other > 0) sink(c, e, DotWithEntries(t, other, rows, x));
+        }
+      });
 }
 
 }  // namespace
@@ -60,18 +69,11 @@ void RTransSRByColumns(const QXSymMatrix& s, const QXSparseRectMatrix& r, Sink s
 bool SparseRTransS(const QXSymMatrix& s, const QXSparseRectMatrix& r, IQXRectMatrix& out) {
   const int n = s.GetNRows();
   if (r.GetNRows() != n || n < 0 || !PrepareRectOut(out, r.GetNCols(), n)) return false;
-  QXSparseRectMatrix columns(r);
-  columns.Transpose();
   double* target = static_cast<QXRectMatrix&>(out).AsVector().data();
-  std::vector<double> t;
-  const int* rows = nullptr;
-  const double* x = nullptr;
-  for (int c = 0; c < columns.GetNRows(); ++c) {
-    const int count = columns.GetRowEntries(c, rows, x);
-    if (count == 0) continue;
-    SymTimesSparse(s.AsVectorConst().data(), n, count, rows, x, t);
-    std::copy(t.begin(), t.end(), target + static_cast<std::size_t>(c) * n);
-  }
+  ForEachSTimesColumn(s, r,
+                      [target, n](int c, const std::vector<double>& t, const QXSparseRectMatrix&) {
+                        std::copy(t.begin(), t.end(), target + static_cast<std::size_t>(c) * n);
+                      });
   return true;
 }
 
