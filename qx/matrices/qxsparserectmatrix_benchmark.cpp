@@ -2,10 +2,9 @@
 // work a component does with one-hot coded predictors: UpdateXXCornerBlock
 // of the whole block against the dense path in the same run, which is the
 // rank-one UpdateXX of each case as a dense row. The dense path expands one
-// case at a time, since the block itself as a dense matrix (100,000 by
-// 1,000 doubles) wouldn't fit in memory; the expansion is a small part of its
-// cost. The sparse update should win by at least a tenth of the inverse
-// density (10 times at 1% non-zeros).
+// case at a time rather than hold the block as 800 MB of doubles; the
+// expansion is a small part of its cost. The sparse update should win by at
+// least a tenth of the inverse density (10 times at 1% non-zeros).
 
 #include <benchmark/benchmark.h>
 
