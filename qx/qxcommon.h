@@ -34,6 +34,10 @@
 #include "qx/matrices/qxsymblockdiagmatrix.h"
 #include "qx/matrices/qxsymmatrix.h"
 
+// Sparse rectangular and block-of-blocks matrices
+#include "qx/matrices/qxsparserectmatrix.h"
+#include "qx/matrices/qxsymblockmatrix.h"
+
 // Distribution functions and quadrature
 #include "qx/distributions/lobattoquad.h"
 #include "qx/distributions/qxdistfun.h"

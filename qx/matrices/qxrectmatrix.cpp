@@ -12,6 +12,7 @@
 #include "qx/matrices/internal/sparselists.h"
 #include "qx/matrices/qxdiagmatrix.h"
 #include "qx/matrices/qxmathfun.h"
+#include "qx/matrices/qxsparserectmatrix.h"
 #include "qx/matrices/qxsymblockdiagmatrix.h"
 #include "qx/matrices/qxsymmatrix.h"
 
@@ -330,8 +331,9 @@ bool QXRectMatrix::IncrVecByColumn(int col, std::vector<double>& v, int offset, 
 }
 
 // ---------------------------------------------------------------------------
-// Dot products. A sparse operand is read through the interface, a row or
-// column at a time, and the sum is formed in the same order as the dense one.
+// Dot products. A sparse row is read from its store and a sparse column
+// through the interface; either way the sum takes its terms in the dense
+// order, the zero ones left out.
 
 double QXRectMatrix::DotProductRows(int row1, int row2) const {
   if (row1 < 0 || row1 >= nRows || row2 < 0 || row2 >= nRows) return QXMV::Missing();
@@ -380,11 +382,13 @@ double QXRectMatrix::DotProductRowRow(int row, const IQXRectMatrix& other, int o
     const QXRectMatrix& b = static_cast<const QXRectMatrix&>(other);
     return Dot(nCols, r, 1, b.data.data() + static_cast<std::size_t>(otherRow) * nCols, 1);
   }
-  std::vector<double> orow;
-  if (!other.GetRow(otherRow, orow) || static_cast<int>(orow.size()) != nCols) {
-    return QXMV::Missing();
-  }
-  return Dot(nCols, r, 1, orow.data(), 1);
+  const int* cols = nullptr;
+  const double* x = nullptr;
+  const int count = static_cast<const QXSparseRectMatrix&>(other).GetRowEntries(otherRow, cols, x);
+  double sum = 0.0;
+  for (int k = 0; k < count; ++k)
+    sum = sum + r[cols[k]] * x[k];
+  return sum;
 }
 
 // ---------------------------------------------------------------------------
@@ -405,6 +409,21 @@ bool QXRectMatrix::ComputeMatrixProduct(const IQXRectMatrix& b, IQXRectMatrix& o
   }
   const int cols = b.GetNCols();
   if (!out.SetNRowsCols(nRows, cols, true)) return false;
+  if (tag == 1 && out.GetMatrixType() == 0) {
+    // Row i of A B gathers a_ik times the sparse row k of b, for k in order.
+    const QXSparseRectMatrix& sparse = static_cast<const QXSparseRectMatrix&>(b);
+    std::vector<double> acc;
+    double* target = static_cast<QXRectMatrix&>(out).data.data();
+    for (int i = 0; i < nRows; ++i) {
+      acc.assign(cols, 0.0);
+      const double* r = data.data() + static_cast<std::size_t>(i) * nCols;
+      for (int k = 0; k < nCols; ++k) {
+        if (r[k] != 0.0) sparse.IncrVecByRow(k, acc, 0, r[k]);
+      }
+      std::copy(acc.begin(), acc.end(), target + static_cast<std::size_t>(i) * cols);
+    }
+    return true;
+  }
   for (int i = 0; i < nRows; ++i) {
     for (int j = 0; j < cols; ++j)
       out.SetElem(i, j, DotProductRowCol(i, b, j));

@@ -13,6 +13,7 @@
 #include "qx/foundation/qxmissingvalue.h"
 #include "qx/matrices/internal/testutil.h"
 #include "qx/matrices/qxbitset.h"
+#include "qx/matrices/qxsparserectmatrix.h"
 #include "qx/matrices/qxsymmatrix.h"
 
 namespace QXMath_850 {
@@ -23,14 +24,6 @@ using QXCommon_850::internal::CaptureDisplay;
 using QXCommon_850::QXMV;
 using IVec = std::vector<int>;
 using Vec = std::vector<double>;
-
-// A matrix reached only through the interface: it answers tag 1, as a sparse
-// implementation does, so every operation on it must take the general path.
-class InterfaceOnly : public QXRectMatrix {
- public:
-  explicit InterfaceOnly(const QXRectMatrix& m) : QXRectMatrix(m) {}
-  int GetMatrixType() const override { return 1; }
-};
 
 QXRectMatrix FromRows(int rows, int cols, const Vec& values) {
   QXRectMatrix m(rows, cols, true);
@@ -108,7 +101,7 @@ TEST(QXRectMatrixTest, RowsColumnsExtractionAndExpansion) {
   EXPECT_EQ(a.DotProductColCol(1, a, 2), 2 * 3 + 5 * 6 + 8 * 9);
   EXPECT_TRUE(QXMV::IsMissing(a.DotProductRows(0, 3)));
   EXPECT_TRUE(QXMV::IsMissing(a.DotProductColCol(0, FromRows(2, 1, {1, 1}), 0)));
-  InterfaceOnly sparse(a);
+  QXSparseRectMatrix sparse(a);
   for (const IQXRectMatrix* other :
        {static_cast<const IQXRectMatrix*>(&a), static_cast<const IQXRectMatrix*>(&sparse)}) {
     EXPECT_EQ(a.DotProductRowCol(0, *other, 2), 1 * 3 + 2 * 6 + 3 * 9);
@@ -221,13 +214,13 @@ TEST(QXRectMatrixTest, ProductsThroughTheInterfaceMatchTheDensePath) {
   const QXRectMatrix a = Random(5, 4, 1u), b = Random(4, 6, 2u), c = Random(3, 4, 3u);
   QXRectMatrix dense, general;
   ASSERT_TRUE(a.ComputeMatrixProduct(b, dense));
-  ASSERT_TRUE(a.ComputeMatrixProduct(InterfaceOnly(b), general));
+  ASSERT_TRUE(a.ComputeMatrixProduct(QXSparseRectMatrix(b), general));
   EXPECT_EQ(dense.AsVectorConst(), general.AsVectorConst());
   EXPECT_LT(ProductError(a, b, dense), 1e-15);
   EXPECT_FALSE(a.ComputeMatrixProduct(c, dense));
 
   ASSERT_TRUE(a.ComputeProductMatrixTrans(c, dense));
-  ASSERT_TRUE(a.ComputeProductMatrixTrans(InterfaceOnly(c), general));
+  ASSERT_TRUE(a.ComputeProductMatrixTrans(QXSparseRectMatrix(c), general));
   EXPECT_EQ(dense.AsVectorConst(), general.AsVectorConst());
   QXRectMatrix ct(c);
   ct.Transpose();

@@ -10,6 +10,7 @@ namespace QXMath_850 {
 
 class IQXRectMatrix;
 class QXRectMatrix;
+class QXSparseRectMatrix;
 class QXSymBlockDiagMatrix;
 class QXSymMatrix;
 
@@ -177,7 +178,9 @@ class QXCOMMON_API QXSymMatrix : public IQXSymMatrix {
   double ComputeRowDotProductS(int row, const IQXSymMatrix& s, int otherRow) const override;
   double ComputeRowDotProductS(int row, const std::vector<double>& packed,
                                int otherRow) const override;
-  // Products with a dense rectangular R: R S, R S R^T, R^T S, R^T S R, R^T S v.
+  // Products with a rectangular R: R S, R S R^T, R^T S, R^T S R, R^T S v. R S
+  // takes a dense R only; the others also a sparse one, at the cost of its
+  // non-zeros and with the dense result to the bit on finite values.
   bool ComputeRS(const IQXRectMatrix& r, IQXRectMatrix& out) const override;
   bool ComputeRSRTrans(const IQXRectMatrix& r, IQXSymMatrix& out) const override;
   bool ComputeRTransS(const IQXRectMatrix& r, IQXRectMatrix& out) const override;
@@ -299,6 +302,15 @@ class QXCOMMON_API QXSymMatrix : public IQXSymMatrix {
   // this += w [a, b]^T [a, b], of order cols(a) + cols(b): each element gets
   // w times the dot of its two columns.
   bool UpdateXXMat2(const QXRectMatrix& a, const QXRectMatrix& b, double w);
+  // Cross-products of a sparse block added to the trailing block of order
+  // cols(r): the sum over rows k of weights[k] r_k r_k^T (any sign; a zero
+  // weight skips the row), or R^T S R for s of order rows(r). False, with
+  // nothing added, when cols(r) exceeds the order or the weights or s don't
+  // match r's rows. The first costs in proportion to the sum over the rows of
+  // their non-zeros squared, and equals the dense rank-one updates row by row
+  // to the bit on finite values.
+  bool UpdateXXCornerBlock(const QXSparseRectMatrix& r, const std::vector<double>& weights);
+  bool UpdateXXCornerBlock(const QXSparseRectMatrix& r, const QXSymMatrix& s);
 
   // ---- Forms and products beyond the interface (qxsymmatrix_products.cpp).
 

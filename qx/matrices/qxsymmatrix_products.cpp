@@ -13,9 +13,11 @@
 #include "qx/matrices/blas1_d.h"
 #include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/internal/sparselists.h"
+#include "qx/matrices/internal/sparseproducts.h"
 #include "qx/matrices/internal/symproducts.h"
 #include "qx/matrices/qxdiagmatrix.h"
 #include "qx/matrices/qxrectmatrix.h"
+#include "qx/matrices/qxsparserectmatrix.h"
 #include "qx/matrices/qxsymblockdiagmatrix.h"
 #include "qx/matrices/qxsymmatrix.h"
 
@@ -265,6 +267,15 @@ double QXSymMatrix::ComputeVSV(const std::vector<double>& v) const {
 
 double QXSymMatrix::ComputeVSV(const IQXRectMatrix& r, int row) const {
   if (r.GetNCols() != nRows || !InRange(row, r.GetNRows())) return 0.0;
+  if (r.GetMatrixType() == 1) {
+    // Rows and columns of the form that meet a zero of the row add nothing.
+    const int* cols = nullptr;
+    const double* x = nullptr;
+    const int count = static_cast<const QXSparseRectMatrix&>(r).GetRowEntries(row, cols, x);
+    const std::vector<int> index(cols, cols + count);
+    const std::vector<double> v(x, x + count);
+    return ComputeSpVSSpW(count, index, v, count, index, v);
+  }
   std::vector<double> v;
   internal::RectRow(r, row, v);
   return ComputeVSW(v.data(), 1, v.data(), 1);
@@ -655,20 +666,26 @@ bool QXSymMatrix::ComputeRS(const IQXRectMatrix& r, IQXRectMatrix& out) const {
 }
 
 bool QXSymMatrix::ComputeRTransS(const IQXRectMatrix& r, IQXRectMatrix& out) const {
-  if (r.GetMatrixType() != 0 || out.GetMatrixType() != 0) return false;
-  return internal::SymRTransS(*this, r, out);
+  if (out.GetMatrixType() != 0) return false;
+  if (r.GetMatrixType() == 1)
+    return internal::SparseRTransS(*this, static_cast<const QXSparseRectMatrix&>(r), out);
+  return r.GetMatrixType() == 0 && internal::SymRTransS(*this, r, out);
 }
 
 bool QXSymMatrix::ComputeRTransSR(const IQXRectMatrix& r, IQXSymMatrix& out) const {
-  if (r.GetMatrixType() != 0 || out.GetType() != 0) return false;
-  return internal::SymRTransSR(*this, r, out);
+  if (out.GetType() != 0) return false;
+  if (r.GetMatrixType() == 1)
+    return internal::SparseRTransSR(*this, static_cast<const QXSparseRectMatrix&>(r), out);
+  return r.GetMatrixType() == 0 && internal::SymRTransSR(*this, r, out);
 }
 
 // Row k of R S R^T: t = S r_k in one pass over the store, then its dots with
 // the rows of r up to k.
 bool QXSymMatrix::ComputeRSRTrans(const IQXRectMatrix& r, IQXSymMatrix& out) const {
-  if (r.GetMatrixType() != 0 || out.GetType() != 0 || r.GetNCols() != nRows || nRows < 0)
-    return false;
+  if (out.GetType() != 0) return false;
+  if (r.GetMatrixType() == 1)
+    return internal::SparseRSRTrans(*this, static_cast<const QXSparseRectMatrix&>(r), out);
+  if (r.GetMatrixType() != 0 || r.GetNCols() != nRows || nRows < 0) return false;
   const QXRectMatrix& dense = static_cast<const QXRectMatrix&>(r);
   const int m = dense.GetNRows();
   QXSymMatrix temp;
@@ -1251,6 +1268,26 @@ bool QXSymMatrix::UpdateXXCornerSparse(int count, const std::vector<int>& indice
   for (int& p : shifted)
     p = p < 0 ? -1 : p + corner;
   return UpdateXXSparse(count, shifted, values, w);
+}
+
+bool QXSymMatrix::UpdateXXCornerBlock(const QXSparseRectMatrix& r,
+                                      const std::vector<double>& weights) {
+  if (!r.IsValidMatrix() || r.GetNCols() > nRows ||
+      weights.size() != static_cast<std::size_t>(r.GetNRows())) {
+    return false;
+  }
+  internal::AddSparseCrossProducts(*this, r, weights);
+  return true;
+}
+
+bool QXSymMatrix::UpdateXXCornerBlock(const QXSparseRectMatrix& r, const QXSymMatrix& s) {
+  if (!r.IsValidMatrix() || r.GetNCols() > nRows || s.nRows != r.GetNRows()) return false;
+  if (&s == this) {
+    const QXSymMatrix copy(s);
+    return UpdateXXCornerBlock(r, copy);
+  }
+  internal::AddSparseRTransSR(*this, r, s);
+  return true;
 }
 
 // ---------------------------------------------------------------------------
