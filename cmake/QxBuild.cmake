@@ -138,3 +138,19 @@ function(qx_add_layer_check)
   set_tests_properties(qxcommon.layers PROPERTIES LABELS packaging)
 endfunction()
 cmake_language(DEFER DIRECTORY ${PROJECT_SOURCE_DIR} CALL qx_add_layer_check)
+
+# Links libxml2 into a test or benchmark target, when both exist, and defines
+# QX_HAVE_LIBXML2 for it. Tests read the library's XML back with a real
+# parser; the library itself never uses libxml2. True in `found` if linked.
+function(qx_use_libxml2 target found)
+  set(${found} FALSE PARENT_SCOPE)
+  if(NOT TARGET ${target})
+    return()
+  endif()
+  find_package(LibXml2 QUIET)
+  if(LibXml2_FOUND)
+    target_link_libraries(${target} PRIVATE LibXml2::LibXml2)
+    target_compile_definitions(${target} PRIVATE QX_HAVE_LIBXML2=1)
+    set(${found} TRUE PARENT_SCOPE)
+  endif()
+endfunction()
