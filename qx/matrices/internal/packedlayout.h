@@ -104,18 +104,6 @@ inline void AddRankOne(double* a, int n, Scale scale, Y y) {
       a, n, [](int) { return true; }, scale, y);
 }
 
-// Weighted rank-one update with the other grouping: a_ij += (d_i * d_j) * c,
-// the pair's product first and then its weight, as the two-pass
-// cross-products of weighted cases are summed.
-inline void AddWeightedRankOne(double* a, int n, const double* d, double c) {
-  for (int i = 0; i < n; ++i) {
-    const double di = d[i];
-    double* row = a + RowStart(i);
-    for (int j = 0; j <= i; ++j)
-      row[j] += di * d[j] * c;
-  }
-}
-
 // t[i] = sum over j, in order, of v[j] * a_ij along the full symmetric row i
 // of the packed store a of order n (for a leading block, n its order), for
 // every i in one pass over the store: row r gives t[r] the terms of its
