@@ -19,6 +19,10 @@
 namespace QXMath_850 {
 namespace {
 
+using internal::Kind;
+using internal::MaxDiff;
+using internal::Packed;
+using internal::TestMatrix;
 using Vec = std::vector<double>;
 constexpr double kEps = std::numeric_limits<double>::epsilon();
 
@@ -121,13 +125,6 @@ Vec Sorted(Vec v) {
   return v;
 }
 
-double MaxDiff(const Vec& a, const Vec& b) {
-  double worst = 0.0;
-  for (std::size_t i = 0; i < a.size(); ++i)
-    worst = std::max(worst, std::fabs(a[i] - b[i]));
-  return worst;
-}
-
 TEST(QXEigenValuesTest, EigenpairsOfMatricesWithKnownSpectra) {
   std::vector<Vec> spectra = {
       {4.0},
@@ -145,10 +142,8 @@ TEST(QXEigenValuesTest, EigenpairsOfMatricesWithKnownSpectra) {
     QXSymMatrix d(static_cast<int>(spectra[s].size()), true);
     for (std::size_t i = 0; i < spectra[s].size(); ++i)
       d.SetElem(static_cast<int>(i), static_cast<int>(i), spectra[s][i]);
-    matrices.push_back(d);
-    expected.push_back(Sorted(spectra[s]));
-    matrices.push_back(WithSpectrum(spectra[s], 17u + s));
-    expected.push_back(Sorted(spectra[s]));
+    matrices.insert(matrices.end(), {d, WithSpectrum(spectra[s], 17u + s)});
+    expected.insert(expected.end(), 2, Sorted(spectra[s]));
   }
   const QXSymMatrix w = Wilkinson21();
   matrices.push_back(w);
@@ -238,18 +233,12 @@ TEST(QXEigenValuesTest, SettingsEdgeCasesAndPartialResults) {
   EXPECT_EQ(eig.Compute(values), -2);  // no matrix yet
   EXPECT_EQ(values, Vec{7.0});
 
-  QXSymMatrix one(1, true);
-  one.SetElem(0, 0, -3.5);
-  EXPECT_EQ(eig.SetHMatrix(one), 1);
+  EXPECT_EQ(eig.SetHMatrix(Packed({-3.5})), 1);
   ASSERT_TRUE(eig.SetMaxIter(1));
   EXPECT_EQ(eig.Compute(values), 1);
   EXPECT_EQ(values, Vec{-3.5});
 
-  QXSymMatrix three(3, true);
-  three.SetElem(0, 0, 1.0);
-  three.SetElem(1, 1, 3.0);
-  three.SetElem(2, 2, 2.0);
-  eig.SetHMatrix(three);
+  eig.SetHMatrix(Packed({1, 0, 3, 0, 0, 2}));
   ASSERT_EQ(eig.GetSorted(values, true), 3);
   EXPECT_EQ(values, (Vec{3.0, 2.0, 1.0}));
   ASSERT_EQ(eig.GetSorted(values, false), 3);
@@ -329,11 +318,7 @@ class TridiagonalForm : public QXEigenValues {
 
 TEST(QXEigenValuesTest, ReductionGivesTheBitsOfThePlainLoop) {
   for (int n : {1, 2, 3, 9, 40, 131}) {
-    std::mt19937_64 engine(100u + n);
-    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-    QXSymMatrix h(n, true);
-    for (double& v : h.AsVector())
-      v = uniform(engine);
+    QXSymMatrix h = TestMatrix(n, 100u + n, Kind::kRandom);
     if (n > 3) h.SetElem(n - 1, 1, 0.0);
     if (n > 5) {
       for (int j = 0; j < 3; ++j)
@@ -397,11 +382,7 @@ TEST(QXEigenValuesTest, ReductionGivesTheBitsOfThePlainLoop) {
 #if defined(QX_HAVE_LAPACK)
 TEST(QXEigenValuesTest, AgreesWithLapackDsyev) {
   for (int n : {7, 60, 200}) {
-    std::mt19937_64 engine(300u + n);
-    std::normal_distribution<double> normal(0.0, 1.0);
-    QXSymMatrix h(n, true);
-    for (double& v : h.AsVector())
-      v = normal(engine);
+    const QXSymMatrix h = TestMatrix(n, 300u + n, Kind::kRandom);
     Vec full(static_cast<std::size_t>(n) * n), w(n), work(1);
     for (int i = 0; i < n; ++i) {
       for (int j = 0; j < n; ++j)

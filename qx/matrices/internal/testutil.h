@@ -93,6 +93,14 @@ inline bool SameBitsAll(const std::vector<double>& a, const std::vector<double>&
   return true;
 }
 
+// Largest |a_k - b_k| over two vectors of one length.
+inline double MaxDiff(const std::vector<double>& a, const std::vector<double>& b) {
+  double worst = 0.0;
+  for (std::size_t k = 0; k < a.size(); ++k)
+    worst = std::fmax(worst, std::fabs(a[k] - b[k]));
+  return worst;
+}
+
 // The full square of a symmetric matrix of any structure, row by row.
 inline std::vector<double> Full(const IQXSymMatrix& a) {
   const int n = a.GetNRows();
