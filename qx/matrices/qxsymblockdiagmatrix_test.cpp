@@ -72,8 +72,23 @@ void ExpectAnswersOfTheDenseCopy(const IQXSymMatrix& m) {
   const int n = m.GetNRows();
   const Vec v = Full(TestMatrix(n, 3u, Kind::kInteger)), w(v.begin() + n, v.begin() + 2 * n);
   const Vec u(v.begin(), v.begin() + n);
-  Vec x, y;
+  Vec x, y, work;
   double a = 0.0, b = 0.0, c = 0.0, e = 0.0;
+  QXRectMatrix rect1(1, 1, true), rect2;
+  QXSymMatrix out1, out2;
+  // Both answer, and their outputs agree.
+  auto sameVec = [&](const char* what, bool ok1, bool ok2) {
+    ASSERT_TRUE(ok1 && ok2) << what;
+    EXPECT_EQ(x, y) << what;
+  };
+  auto sameRect = [&](const char* what, bool ok1, bool ok2) {
+    ASSERT_TRUE(ok1 && ok2) << what;
+    EXPECT_EQ(rect1.AsVectorConst(), rect2.AsVectorConst()) << what;
+  };
+  auto same = [&](const char* what, bool ok1, bool ok2) {
+    ASSERT_TRUE(ok1 && ok2) << what;
+    EXPECT_EQ(Full(out1), Full(out2)) << what;
+  };
 
   // Elements, rows and scalars.
   m.GetDiagonal(x);
@@ -84,9 +99,7 @@ void ExpectAnswersOfTheDenseCopy(const IQXSymMatrix& m) {
   d.MaxMinDiag(c, e);
   EXPECT_EQ(Vec({a, b}), Vec({c, e}));
   for (int i = 0; i < n; ++i) {
-    ASSERT_TRUE(m.GetRow(i, x));
-    ASSERT_TRUE(d.GetRow(i, y));
-    ASSERT_EQ(x, y);
+    sameVec("GetRow", m.GetRow(i, x), d.GetRow(i, y));
     ASSERT_EQ(m.ComputeRVD(i, u, 1), d.ComputeRVD(i, u, 1));
     ASSERT_EQ(m.ComputeRowDotProductS(i, d.AsVectorConst(), n - 1 - i),
               d.ComputeRowDotProductS(i, d.AsVectorConst(), n - 1 - i));
@@ -95,21 +108,12 @@ void ExpectAnswersOfTheDenseCopy(const IQXSymMatrix& m) {
   }
 
   // Products with vectors and the forms.
-  ASSERT_TRUE(m.ComputeSV(u, x));
-  ASSERT_TRUE(d.ComputeSV(u, y));
-  EXPECT_EQ(x, y);
-  ASSERT_TRUE(m.ComputeSV(3, u, x));
-  ASSERT_TRUE(d.ComputeSV(3, u, y));
-  EXPECT_EQ(x, y);
-  ASSERT_TRUE(m.ComputeLV(u, x));
-  ASSERT_TRUE(d.ComputeLV(u, y));
-  EXPECT_EQ(x, y);
-  ASSERT_TRUE(m.ComputeLTransV(u, x));
-  ASSERT_TRUE(d.ComputeLTransV(u, y));
-  EXPECT_EQ(x, y);
-  ASSERT_TRUE(m.ComputeLTransV({n - 1, 0}, {2.0, -1.0}, x));
-  ASSERT_TRUE(d.ComputeLTransV({n - 1, 0}, {2.0, -1.0}, y));
-  EXPECT_EQ(x, y);
+  sameVec("SV", m.ComputeSV(u, x), d.ComputeSV(u, y));
+  sameVec("SV(3)", m.ComputeSV(3, u, x), d.ComputeSV(3, u, y));
+  sameVec("LV", m.ComputeLV(u, x), d.ComputeLV(u, y));
+  sameVec("LTransV", m.ComputeLTransV(u, x), d.ComputeLTransV(u, y));
+  sameVec("LTransV sparse", m.ComputeLTransV({n - 1, 0}, {2.0, -1.0}, x),
+          d.ComputeLTransV({n - 1, 0}, {2.0, -1.0}, y));
   EXPECT_EQ(m.ComputeVSW(u, w), d.ComputeVSW(u, w));
   EXPECT_EQ(m.ComputeVSV(u), d.ComputeVSV(u));
   EXPECT_EQ(m.ComputeVSWParts(u, 4, w, n - 2), d.ComputeVSWParts(u, 4, w, n - 2));
@@ -117,29 +121,13 @@ void ExpectAnswersOfTheDenseCopy(const IQXSymMatrix& m) {
 
   // Products with rectangular and symmetric matrices.
   const QXRectMatrix r = IntegerRect(3, n), rt = IntegerRect(n, 2);
-  QXRectMatrix rect1(1, 1, true), rect2;
-  ASSERT_TRUE(m.ComputeRS(r, rect1));
-  ASSERT_TRUE(d.ComputeRS(r, rect2));
-  EXPECT_EQ(rect1.AsVectorConst(), rect2.AsVectorConst());
-  ASSERT_TRUE(m.ComputeRTransS(rt, rect1));
-  ASSERT_TRUE(d.ComputeRTransS(rt, rect2));
-  EXPECT_EQ(rect1.AsVectorConst(), rect2.AsVectorConst());
-  ASSERT_TRUE(m.ComputeRTransSV(rt, u, x));
-  ASSERT_TRUE(d.ComputeRTransSV(rt, u, y));
-  EXPECT_EQ(x, y);
+  sameRect("RS", m.ComputeRS(r, rect1), d.ComputeRS(r, rect2));
+  sameRect("RTransS", m.ComputeRTransS(rt, rect1), d.ComputeRTransS(rt, rect2));
+  sameVec("RTransSV", m.ComputeRTransSV(rt, u, x), d.ComputeRTransSV(rt, u, y));
   EXPECT_EQ(m.ComputeVSV(r, 1), d.ComputeVSV(r, 1));
-
   const QXSymMatrix s = TestMatrix(n, 6u, Kind::kInteger);
-  QXSymMatrix out1, out2;
   const QXSymMatrix lower = TestMatrix(n, 8u, Kind::kInteger);
-  ASSERT_TRUE(m.ComputeSS(s, rect1));
-  ASSERT_TRUE(d.ComputeSS(s, rect2));
-  EXPECT_EQ(rect1.AsVectorConst(), rect2.AsVectorConst());
-  Vec work;
-  auto same = [&](const char* what, bool ok1, bool ok2) {
-    ASSERT_TRUE(ok1 && ok2) << what;
-    EXPECT_EQ(Full(out1), Full(out2)) << what;
-  };
+  sameRect("SS", m.ComputeSS(s, rect1), d.ComputeSS(s, rect2));
   same("STransS", m.ComputeSTransS(out1), d.ComputeSTransS(out2));
   same("GSG", m.ComputeGSG(s, out1), d.ComputeGSG(s, out2));
   same("GMG", m.ComputeGMG(s.AsVectorConst(), out1), d.ComputeGMG(s.AsVectorConst(), out2));
