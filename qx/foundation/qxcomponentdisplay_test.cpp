@@ -25,13 +25,8 @@ class DisplayTest : public ::testing::Test {
   std::ostringstream out;
 };
 
-TEST_F(DisplayTest, StreamSelection) {
-  EXPECT_EQ(&GetOutStream(), &out);
-  SetOutStream(std::cerr);
-  EXPECT_EQ(&GetOutStream(), &std::cerr);
-}
-
 TEST_F(DisplayTest, TextAndScalarsPutTheBreakFirst) {
+  EXPECT_EQ(&GetOutStream(), &out);
   DisplayText(2, "two");
   DisplayText(0, std::string("zero"));
   DisplayText(3, static_cast<const char*>(nullptr));  // nothing, not even breaks
