@@ -208,20 +208,16 @@ TEST(QXRectMatrixTest, RowsColumnsExtractionAndExpansion) {
   EXPECT_EQ(big.AsVectorConst(), Vec({0, 10, 11, 20, 21, 22, 7, 8, 9, 0}));
 }
 
-// Products with an operand reached through the interface give the bits of
-// the dense path, and both agree with a long double reference.
-TEST(QXRectMatrixTest, ProductsThroughTheInterfaceMatchTheDensePath) {
+// Products agree with a long double reference. That an operand reached
+// through the interface gives the dense path's bits is held in the sparse
+// matrix's tests.
+TEST(QXRectMatrixTest, ProductsMatchALongDoubleReference) {
   const QXRectMatrix a = Random(5, 4, 1u), b = Random(4, 6, 2u), c = Random(3, 4, 3u);
-  QXRectMatrix dense, general;
+  QXRectMatrix dense;
   ASSERT_TRUE(a.ComputeMatrixProduct(b, dense));
-  ASSERT_TRUE(a.ComputeMatrixProduct(QXSparseRectMatrix(b), general));
-  EXPECT_EQ(dense.AsVectorConst(), general.AsVectorConst());
   EXPECT_LT(ProductError(a, b, dense), 1e-15);
   EXPECT_FALSE(a.ComputeMatrixProduct(c, dense));
-
   ASSERT_TRUE(a.ComputeProductMatrixTrans(c, dense));
-  ASSERT_TRUE(a.ComputeProductMatrixTrans(QXSparseRectMatrix(c), general));
-  EXPECT_EQ(dense.AsVectorConst(), general.AsVectorConst());
   QXRectMatrix ct(c);
   ct.Transpose();
   EXPECT_LT(ProductError(a, ct, dense), 1e-15);

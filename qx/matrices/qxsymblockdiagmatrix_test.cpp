@@ -385,8 +385,7 @@ TEST(QXSymBlockDiagMatrixTest, BlockRulesOfTheFactorizations) {
   s.AddBlock(SpdMatrix(2, 4u));
   Vec x;
   EXPECT_EQ(s.LTSolve({4, 1, 1, 1}, 1e-12, x), 1);
-  EXPECT_EQ(x[0], 2.0);
-  EXPECT_EQ(x[1], 0.0);
+  EXPECT_EQ(Vec(x.begin(), x.begin() + 2), (Vec{2, 0}));
   EXPECT_EQ(s.LTSolve({4, 1}, 1e-12, x), -1);
 
   // Row dots across two blocks, and the missing value for a bad row.
