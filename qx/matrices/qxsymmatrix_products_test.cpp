@@ -108,14 +108,12 @@ TEST(QXSymMatrixProductsTest, RowDotsAndFormsKeepTheirSummationOrder) {
       Vec t(n), vw(n), lv(n), ltv(n, 0.0);
       double form = 0.0, quad = 0.0;
       for (int i = 0; i < n; ++i) {
-        double s = 0.0, q = 0.0;
-        for (int j = 0; j < n; ++j) {
+        double s = 0.0;
+        for (int j = 0; j < n; ++j)
           s = s + v[j] * f.at(i, j);
-          q = q + v[j] * f.at(i, j);
-        }
         t[i] = s;
         form = form + s * w[i];
-        quad = quad + q * v[i];
+        quad = quad + s * v[i];
         double l = 0.0;
         for (int k = 0; k <= i; ++k)
           l = l + f.at(i, k) * v[k];
