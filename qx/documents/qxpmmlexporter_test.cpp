@@ -42,6 +42,7 @@ namespace {
 using namespace QXXML_850;
 using QXMath_850::QXUniStats;
 using QXXML_850::internal::OneLine;
+using QXXML_850::internal::Text;
 using V = IQXVariable;
 namespace P = QXPMMLTags;
 const double MV = QXMV::Missing();
@@ -108,13 +109,11 @@ TEST(QXPMMLExporterTest, ExportsChooseTheirFields) {
   QXPMMLExporter exporter(nullptr);
   XMLElement* out = nullptr;
   ASSERT_TRUE(exporter.ExportDataDictionary(list, {}, out).IsOK());
-  std::string text = OneLine(out);
-  delete out;
+  std::string text = Text(out);
   EXPECT_EQ(text.find("<DataDictionary numberOfFields=\"9\">"), 0u);
   EXPECT_FALSE(Has(text, "\"notes\""));  // unused
   ASSERT_TRUE(exporter.ExportDataModel(list, {}, out).IsOK());
-  text = OneLine(out);
-  delete out;
+  text = Text(out);
   EXPECT_TRUE(Has(text, "<Fields count=\"10\">"));
   EXPECT_TRUE(
       Has(text, "<Field name=\"notes\" measure=\"nominal\" storage=\"real\" role=\"none\"/>"));
@@ -123,18 +122,16 @@ TEST(QXPMMLExporterTest, ExportsChooseTheirFields) {
   // included.
   const int notes = list.FindVariable("notes");
   ASSERT_TRUE(exporter.ExportDataDictionary(list, {notes, 0, notes}, out).IsOK());
-  text = OneLine(out);
-  delete out;
+  text = Text(out);
   EXPECT_EQ(text.find("<DataDictionary numberOfFields=\"3\"><DataField name=\"notes\" "
                       "optype=\"categorical\" dataType=\"double\"/><DataField name=\"age\""),
             0u);
   EXPECT_TRUE(Has(text, "</DataField><DataField name=\"notes\""));
   ASSERT_TRUE(exporter.ExportDataModel(list, {2}, out).IsOK());
-  EXPECT_EQ(OneLine(out),
+  EXPECT_EQ(Text(out),
             "<DataModel><FieldFormats/><Fields count=\"1\"><Field name=\"region\" "
             "displayLabel=\"Region\" measure=\"nominal\" storage=\"string\" "
             "role=\"input\"/></Fields></DataModel>");
-  delete out;
 }
 
 // A list whose reading failed after its first variable: the rest are null.
@@ -190,11 +187,10 @@ TEST(QXPMMLExporterTest, StatusCodesSayWhatStoppedTheExport) {
   status = exporter.ExportDataDictionary(broken, {}, out);
   EXPECT_EQ(status.GetErrorCode(), QXPMMLExporter::StatusNullVariable);
   EXPECT_EQ(status.GetDiscreteDatum(0), 1);
-  EXPECT_EQ(OneLine(out),
+  EXPECT_EQ(Text(out),
             "<DataDictionary numberOfFields=\"1\"><DataField name=\"a\" "
             "displayName=\"A\" optype=\"continuous\" dataType=\"double\"/>"
             "</DataDictionary>");
-  delete out;
 
   // Cancelled before the first variable, after the second, or only by the
   // question after the last: no tree at all.
@@ -224,31 +220,27 @@ TEST(QXPMMLExporterTest, UniStatsWriteCountsSummaryAndIntervals) {
   for (double v : {1.5, 2.5, 2.5, MV})
     x.Update(v);
   ASSERT_TRUE(exporter.ExportUniStats(x, out).IsOK());
-  EXPECT_EQ(OneLine(out),
+  EXPECT_EQ(Text(out),
             "<UnivariateStats field=\"x\"><Counts totalFreq=\"4\"/><NumericInfo minimum=\"1.5\" "
             "maximum=\"2.5\" mean=\"2.16666666666667\" standardDeviation=\"0.577350269189626\"/>"
             "<ContStats><Interval leftMargin=\"1\" rightMargin=\"2\" closure=\"openClosed\"/>"
             "<Interval leftMargin=\"2\" rightMargin=\"3\" closure=\"openClosed\"/>"
             "<Array type=\"real\">1 2</Array></ContStats></UnivariateStats>");
-  delete out;
 
   QXUniStats given("y", {MV, 0.0}, false);
   given.SetResults(2.0, {MV, -MV, 0.5, MV}, {MV});
   exporter.ExportUniStats(given, out);
-  EXPECT_EQ(OneLine(out),
+  EXPECT_EQ(Text(out),
             "<UnivariateStats field=\"y\"><Counts totalFreq=\"2\"/><NumericInfo "
             "mean=\"0.5\"/><ContStats><Interval rightMargin=\"0\" "
             "closure=\"closedOpen\"/><Array type=\"real\">NaN</Array></ContStats>"
             "</UnivariateStats>");
-  delete out;
 
   exporter.ExportUniStats(QXUniStats("z"), out);
-  EXPECT_TRUE(Has(OneLine(out), "<Counts totalFreq=\"0\"/><NumericInfo/><ContStats/>"));
-  delete out;
+  EXPECT_TRUE(Has(Text(out), "<Counts totalFreq=\"0\"/><NumericInfo/><ContStats/>"));
   QXUniStats codes("c", 0);
   exporter.ExportUniStats(codes, out);
-  EXPECT_TRUE(Has(OneLine(out), "<DiscrStats><Array type=\"real\"/></DiscrStats>"));
-  delete out;
+  EXPECT_TRUE(Has(Text(out), "<DiscrStats><Array type=\"real\"/></DiscrStats>"));
 }
 
 TEST(QXPMMLExporterTest, RootAndHeader) {
@@ -261,8 +253,7 @@ TEST(QXPMMLExporterTest, RootAndHeader) {
   XMLElement* out = nullptr;
   const QXApplicInfo4XML onlyVersion("", "2.1", "");
   ASSERT_TRUE(exporter.ExportHeader(&onlyVersion, "", true, out).IsOK());
-  const std::string text = OneLine(out);
-  delete out;
+  const std::string text = Text(out);
   EXPECT_EQ(text.find("<Header copyright=\"" + P::XML_VAL_HEADRIGHT +
                       "\"><Application version=\"2.1\"/><Timestamp>"),
             0u);
@@ -270,11 +261,9 @@ TEST(QXPMMLExporterTest, RootAndHeader) {
   const size_t stamp = text.find("<Timestamp>") + 11;
   EXPECT_EQ(text.find("</Timestamp>"), stamp + 24) << text;
   exporter.ExportHeader(nullptr, "d", false, out);
-  EXPECT_EQ(OneLine(out), "<Header copyright=\"" + P::XML_VAL_HEADRIGHT + "\" description=\"d\"/>");
-  delete out;
+  EXPECT_EQ(Text(out), "<Header copyright=\"" + P::XML_VAL_HEADRIGHT + "\" description=\"d\"/>");
   exporter.ExportExtension("", "", out);
-  EXPECT_EQ(OneLine(out), "<Extension extender=\"qxcommon\"/>");
-  delete out;
+  EXPECT_EQ(Text(out), "<Extension extender=\"qxcommon\"/>");
 }
 
 // The document of a component: root, header, dictionary, a regression model

@@ -25,14 +25,9 @@
 namespace QXXML_850 {
 namespace {
 
+using internal::Text;
 using U = QXStatXMLUtil;
 const double MV = QXCommon_850::QXMV::Missing();
-
-// The element on one line; the element is deleted.
-std::string Text(XMLElement* element) {
-  std::unique_ptr<XMLElement> owner(element);
-  return internal::OneLine(element);
-}
 
 size_t Count(const std::string& text, const std::string& what) {
   size_t n = 0;

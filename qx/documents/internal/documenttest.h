@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
 
@@ -24,6 +25,12 @@ inline std::string OneLine(const XMLElement* element) {
   format.SetFormat(false);
   element->ToString(out, format);
   return out;
+}
+
+// The same for an element handed over, which is deleted.
+inline std::string Text(XMLElement* element) {
+  std::unique_ptr<XMLElement> owner(element);
+  return OneLine(element);
 }
 
 // On a difference the document made is left in the build tree, to be looked
