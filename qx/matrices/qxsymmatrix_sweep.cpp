@@ -1,6 +1,7 @@
 // The in-place factorizations of QXSymMatrix: the sweep operator, the
 // rank-tolerant row-wise Cholesky factorization, and what is built on them.
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -44,36 +45,235 @@ inline void AddScaledTo1(int len, const double* __restrict__ x, double* __restri
   }
 }
 
-// Cholesky-Banachiewicz factorization, row by row, in the packed store a of
-// order n, tolerant of rank deficiency: a pivot at or below tol * diag[i] is
-// set to 0.0 and its row counts as redundant, and a zero pivot turns the
-// elements of later rows in its column into 0.0. accept(i) is called for each
-// accepted pivot; with limit > 0 the loop stops once limit pivots are in.
-// Returns the number of redundant rows met.
+// Columns of the factor, and steps of the triangular inverse and of L^T L,
+// that the blocked Cholesky routines take together.
+constexpr int kCholBlock = 32;
+
+// Calls run(top, count) for each run of consecutive k, from hi down to lo,
+// with keep[k - base] set: the run takes k = top, top - 1, ..., in that order.
+template <typename Run>
+void ForEachKeptRunDown(int hi, int lo, int base, const unsigned char* keep, Run run) {
+  int k = hi;
+  while (k >= lo) {
+    if (!keep[k - base]) {
+      --k;
+      continue;
+    }
+    int end = k;
+    while (end - 1 >= lo && keep[end - 1 - base])
+      --end;
+    run(k, k - end + 1);
+    k = end - 1;
+  }
+}
+
+// Cholesky-Banachiewicz factorization in the packed store a of order n,
+// tolerant of rank deficiency: a pivot at or below tol * diag[i] is set to
+// 0.0 and its row counts as redundant, and a zero pivot turns the elements of
+// later rows in its column into 0.0. accept(i) is called for each accepted
+// pivot, in order; with limit > 0 the work stops once limit pivots are in,
+// leaving the store part-way. Returns the number of redundant rows met.
+//
+// Element L_ij is (a_ij - s_ij) / L_jj, where s_ij adds L_ik * L_jk to 0.0
+// for k = 0..j-1 in order, as a row-by-row loop with DDot forms it. The sums
+// are carried in a triangle of their own and the factor is made by panels
+// of columns, held transposed: a panel's columns take the terms of their own
+// panel column by column, every row side by side, and then the triangle to
+// the right takes the panel's terms through the block kernel. Each element
+// still takes its terms in order, so the bits are those of the plain loop.
 template <typename Accept>
 int RowCholesky(double* a, int n, const double* diag, double tol, int limit, Accept accept) {
+  if (n < 1) return 0;
+  const std::size_t nn = static_cast<std::size_t>(n);
+  std::vector<double> sums(n > kCholBlock ? internal::PackedSize(n) : 0, 0.0);
+  std::vector<double> work(3 * kCholBlock * nn);
+  double* l = work.data();          // l[c * n + i] = L(i, k0 + c)
+  double* s = l + kCholBlock * nn;  // s[c * n + i] = s(i, k0 + c)
+  double* g = s + kCholBlock * nn;  // g[c * n + i] = a(i, k0 + c)
   int redundant = 0;
   int accepted = 0;
-  for (int i = 0; i < n; ++i) {
-    const std::size_t ri = RowStart(i);
-    for (int j = 0; j < i; ++j) {
-      const std::size_t rj = RowStart(j);
-      const double r = a[ri + j] - Blas1::DDot(j, a + ri, 1, a + rj, 1);
-      const double ajj = a[rj + j];
-      a[ri + j] = ajj != 0.0 ? r / ajj : 0.0;
+  for (int k0 = 0; k0 < n; k0 += kCholBlock) {
+    const int k1 = n - k0 < kCholBlock ? n : k0 + kCholBlock;
+    for (int i = k0; i < n; ++i) {
+      const std::size_t at = RowStart(i) + k0;
+      const int cols = (i < k1 ? i + 1 : k1) - k0;
+      for (int c = 0; c < cols; ++c) {
+        g[c * nn + i] = a[at + c];
+        s[c * nn + i] = sums.empty() ? 0.0 : sums[at + c];
+      }
     }
-    const double r = a[ri + i] - Blas1::DDot(i, a + ri, 1, a + ri, 1);
-    if (r > tol * diag[i]) {
-      a[ri + i] = std::sqrt(r);
-      accept(i);
-      ++accepted;
-      if (limit > 0 && accepted >= limit) break;
-    } else {
-      a[ri + i] = 0.0;
-      ++redundant;
+    for (int c = 0; c < k1 - k0; ++c) {
+      const int j = k0 + c;
+      double* sc = s + c * nn;
+      const double* gc = g + c * nn;
+      double* lc = l + c * nn;
+      internal::UpdateVector(sc + j, n - j, c, l + j, n, l + j, n);
+      const double r = gc[j] - sc[j];
+      double ljj = 0.0;
+      if (r > tol * diag[j]) {
+        ljj = std::sqrt(r);
+        accept(j);
+        ++accepted;
+      } else {
+        ++redundant;
+      }
+      lc[j] = ljj;
+      if (limit > 0 && accepted >= limit) return redundant;
+      if (ljj != 0.0) {
+        for (int i = j + 1; i < n; ++i)
+          lc[i] = (gc[i] - sc[i]) / ljj;
+      } else {
+        for (int i = j + 1; i < n; ++i)
+          lc[i] = 0.0;
+      }
     }
+    for (int i = k0; i < n; ++i) {
+      const std::size_t at = RowStart(i) + k0;
+      const int cols = (i < k1 ? i + 1 : k1) - k0;
+      for (int c = 0; c < cols; ++c)
+        a[at + c] = l[c * nn + i];
+    }
+    if (k1 < n)
+      internal::UpdateRegion(sums.data(), k1, n, k1, n, true, k1 - k0, l, n, l, n, nullptr);
   }
   return redundant;
+}
+
+// LINPACK DTRDI's inverse of the lower triangular factor in the packed store
+// a of order n, in place; a zero pivot zeroes its row and column. Element
+// (r, j), r > j, of the inverse X takes, in this order: 0.0 + L_rj * (1 /
+// L_rr), or 0.0 for a zero L_rr; then X_rk * L_kj for k = r - 1 down to
+// j + 1, skipping zero L_kk; then the factor -1 / L_jj, or 0.0 for a zero
+// L_jj. That is DTRDI's column walk, step k for k = n - 1 down to 0.
+//
+// The steps go in blocks K = k0..k1-1, from the last. A block's own square
+// takes its steps as DTRDI does; the columns K below it then take theirs
+// column by column, every row side by side; the rows below the block, left
+// of it, take the block's steps through the block kernel; and the block's
+// rows left of it start and take their own steps as whole vectors. The
+// originals of the block's rows, which every step reads, are copied first.
+void InvertLower(double* a, int n) {
+  const std::size_t nn = static_cast<std::size_t>(n);
+  std::vector<double> work;
+  unsigned char keep[kCholBlock];
+  double factor[kCholBlock];
+  for (int k1 = n; k1 > 0; k1 -= kCholBlock) {
+    const int k0 = k1 > kCholBlock ? k1 - kCholBlock : 0;
+    const int w = k1 - k0;
+    const int below = n - k1;
+    work.resize(static_cast<std::size_t>(w) * (k0 + w) + (below > 0 ? w * nn : 0));
+    double* left = work.data();  // left[c * k0 + j] = L(k0 + c, j), j < k0
+    double* square = left + static_cast<std::size_t>(w) * k0;  // [c * w + e] = L(k0 + c, k0 + e)
+    double* cols = square + static_cast<std::size_t>(w) * w;   // [c * n + r] = (r, k0 + c), r >= k1
+    for (int c = 0; c < w; ++c) {
+      const double* row = a + RowStart(k0 + c);
+      std::copy(row, row + k0, left + static_cast<std::size_t>(c) * k0);
+      std::copy(row + k0, row + k0 + c + 1, square + static_cast<std::size_t>(c) * w);
+    }
+
+    // The block's square, step by step.
+    for (int k = k1 - 1; k >= k0; --k) {
+      double* rowK = a + RowStart(k);
+      if (rowK[k] == 0.0) {
+        keep[k - k0] = 0;
+        for (int r = k + 1; r < k1; ++r)
+          a[RowStart(r) + k] = 0.0;
+        for (int j = k0; j <= k; ++j)
+          rowK[j] = 0.0;
+        continue;
+      }
+      keep[k - k0] = 1;
+      rowK[k] = 1.0 / rowK[k];
+      factor[k - k0] = -rowK[k];
+      for (int r = k + 1; r < k1; ++r) {
+        double* row = a + RowStart(r);
+        row[k] = factor[k - k0] * row[k];
+        AddScaledTo1(k - k0, rowK + k0, row + k0, row[k]);
+      }
+      for (int j = k0; j < k; ++j)
+        rowK[j] = 0.0 + rowK[j] * rowK[k];
+    }
+
+    // Columns K below the block, the last first: each takes the later
+    // columns' steps, then its own factor.
+    if (below > 0) {
+      for (int r = k1; r < n; ++r) {
+        const double* row = a + RowStart(r) + k0;
+        for (int c = 0; c < w; ++c)
+          cols[c * nn + r] = row[c];
+      }
+      for (int c = w - 1; c >= 0; --c) {
+        double* v = cols + c * nn + k1;
+        ForEachKeptRunDown(k1 - 1, k0 + c + 1, k0, keep, [&](int top, int count) {
+          const int t = top - k0;
+          internal::UpdateVector(v, below, count, cols + t * nn + k1, -n, square + t * w + c, -w);
+        });
+        if (keep[c]) {
+          for (int r = 0; r < below; ++r)
+            v[r] = factor[c] * v[r];
+        } else {
+          std::fill(v, v + below, 0.0);
+        }
+      }
+      for (int r = k1; r < n; ++r) {
+        double* row = a + RowStart(r) + k0;
+        for (int c = 0; c < w; ++c)
+          row[c] = cols[c * nn + r];
+      }
+    }
+    if (k0 == 0) continue;
+
+    // Rows below the block, left of it: the block's steps in one pass.
+    if (below > 0) {
+      ForEachKeptRunDown(k1 - 1, k0, k0, keep, [&](int top, int count) {
+        const int t = top - k0;
+        internal::UpdateRegion(a, k1, n, 0, k0, false, count, cols + t * nn, -n,
+                               left + static_cast<std::size_t>(t) * k0, -k0, nullptr);
+      });
+    }
+    // The block's rows left of it: the start, then the block's steps.
+    for (int r = k0; r < k1; ++r) {
+      double* row = a + RowStart(r);
+      if (!keep[r - k0]) {
+        std::fill(row, row + k0, 0.0);
+      } else {
+        const double inverse = row[r];
+        for (int j = 0; j < k0; ++j)
+          row[j] = 0.0 + row[j] * inverse;
+      }
+      ForEachKeptRunDown(r - 1, k0, k0, keep, [&](int top, int count) {
+        internal::UpdateVector(row, k0, count, left + static_cast<std::size_t>(top - k0) * k0, -k0,
+                               row + top, -1);
+      });
+    }
+  }
+}
+
+// X^T X in place of the lower triangular X in the packed store a of order
+// n: element (i, j), i >= j, is 0.0 + X_ij * X_ii, then X_ri * X_rj added for
+// r = i + 1..n-1 in order. Rows r are taken in blocks R, in order: the rows
+// above R take R's terms through the block kernel, from a copy of R's rows,
+// and then R's own rows take theirs row by row.
+void LowerTransTimesLower(double* a, int n) {
+  std::vector<double> rows;
+  for (int r0 = 0; r0 < n; r0 += kCholBlock) {
+    const int r1 = n - r0 < kCholBlock ? n : r0 + kCholBlock;
+    if (r0 > 0) {
+      rows.resize(static_cast<std::size_t>(r1 - r0) * r0);
+      for (int r = r0; r < r1; ++r)
+        std::copy(a + RowStart(r), a + RowStart(r) + r0,
+                  rows.data() + static_cast<std::size_t>(r - r0) * r0);
+      internal::UpdateRegion(a, 0, r0, 0, r0, true, r1 - r0, rows.data(), r0, rows.data(), r0,
+                             nullptr);
+    }
+    for (int r = r0; r < r1; ++r) {
+      double* rowR = a + RowStart(r);
+      internal::UpdateRegion(a, r0, r, 0, r, true, 1, rowR, 0, rowR, 0, nullptr);
+      const double last = rowR[r];
+      for (int j = 0; j <= r; ++j)
+        rowR[j] = 0.0 + rowR[j] * last;
+    }
+  }
 }
 
 double SmallestDiagonal(const std::vector<double>& a, int n) {
@@ -556,47 +756,12 @@ int QXSymMatrix::LTDetInverse(double* det, int job) {
     }
   }
 
-  if (job / 10 != 0) {
-    // DTRDI walks down columns; here each step's element updates, which are
-    // independent of one another, are made along the rows instead, with the
-    // same operands, so the bits are those of the column walk.
-    double* a = data.data();
-    for (int k = n - 1; k >= 0; --k) {
-      double* rowK = a + RowStart(k);
-      if (rowK[k] == 0.0) {
-        WalkColumn(a, k, k + 1, n, [](int, double& e) { e = 0.0; });
-        for (int j = 0; j <= k; ++j)
-          rowK[j] = 0.0;
-        continue;
-      }
-      rowK[k] = 1.0 / rowK[k];
-      const double temp = -rowK[k];
-      for (int r = k + 1; r < n; ++r) {
-        double* row = a + RowStart(r);
-        row[k] = temp * row[k];
-        AddScaledTo1(k, rowK, row, row[k]);
-      }
-      // The row itself last: its old values are the multipliers above.
-      for (int j = 0; j < k; ++j)
-        rowK[j] = 0.0 + rowK[j] * rowK[k];
-    }
-  }
+  if (job / 10 != 0) InvertLower(data.data(), n);
   return zeros;
 }
 
 void QXSymMatrix::LTLTransL() {
-  // Element (j, i) is the sum over r >= j of L_ri * L_rj, added in ascending
-  // r. Row r of L adds its products to the sums of every row above it, then
-  // starts the sums of its own row, whose values of L aren't needed after.
-  double* a = data.data();
-  for (int r = 0; r < nRows; ++r) {
-    double* rowR = a + RowStart(r);
-    for (int i = 0; i < r; ++i)
-      AddScaledTo1(i + 1, rowR, a + RowStart(i), rowR[i]);
-    const double last = rowR[r];
-    for (int j = 0; j <= r; ++j)
-      rowR[j] = 0.0 + rowR[j] * last;
-  }
+  LowerTransTimesLower(data.data(), nRows);
 }
 
 void QXSymMatrix::LTLLTrans() {

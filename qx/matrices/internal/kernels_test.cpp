@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <string>
 #include <vector>
 
 #include "qx/matrices/internal/packedlayout.h"
@@ -88,6 +90,123 @@ TEST(Kernels, SweepOnManyGivesTheBitsOfSweepingRowByRowOnEveryPath) {
           for (int i = 0; i < n; ++i)
             EXPECT_EQ(wantSwept.IsIn(i), gotSwept.IsIn(i)) << "order " << n << ", row " << i;
         }
+      }
+    }
+  });
+}
+
+// The row-by-row Cholesky loop: each element's dot product from 0.0 in
+// column order, a pivot at or below tol * diag[i] set to zero. Returns the
+// redundant rows; accepted lists the others.
+int PlainCholesky(std::vector<double>& a, int n, const std::vector<double>& diag, double tol,
+                  std::vector<int>& accepted) {
+  int redundant = 0;
+  for (int i = 0; i < n; ++i) {
+    for (int j = 0; j <= i; ++j) {
+      double dot = 0.0;
+      for (int k = 0; k < j; ++k)
+        dot = dot + a[RowStart(i) + k] * a[RowStart(j) + k];
+      const double r = a[RowStart(i) + j] - dot;
+      if (j < i) {
+        const double ljj = a[DiagIndex(j)];
+        a[RowStart(i) + j] = ljj != 0.0 ? r / ljj : 0.0;
+      } else if (r > tol * diag[i]) {
+        a[DiagIndex(i)] = std::sqrt(r);
+        accepted.push_back(i);
+      } else {
+        a[DiagIndex(i)] = 0.0;
+        ++redundant;
+      }
+    }
+  }
+  return redundant;
+}
+
+// LINPACK DTRDI's column walk on the lower factor, zero pivots zeroing their
+// row and column, then L^T L with each sum in ascending row order.
+void PlainInverseFromFactor(std::vector<double>& a, int n) {
+  auto at = [&a](int i, int j) -> double& { return a[RowStart(i) + j]; };
+  for (int k = n - 1; k >= 0; --k) {
+    if (at(k, k) == 0.0) {
+      for (int r = k + 1; r < n; ++r)
+        at(r, k) = 0.0;
+      for (int j = 0; j <= k; ++j)
+        at(k, j) = 0.0;
+      continue;
+    }
+    at(k, k) = 1.0 / at(k, k);
+    const double temp = -at(k, k);
+    for (int r = k + 1; r < n; ++r) {
+      at(r, k) = temp * at(r, k);
+      for (int j = 0; j < k; ++j)
+        at(r, j) = at(r, j) + at(r, k) * at(k, j);
+    }
+    for (int j = 0; j < k; ++j)
+      at(k, j) = 0.0 + at(k, j) * at(k, k);
+  }
+  for (int r = 0; r < n; ++r) {
+    for (int i = 0; i < r; ++i) {
+      for (int j = 0; j <= i; ++j)
+        at(i, j) = at(i, j) + at(r, i) * at(r, j);
+    }
+    const double last = at(r, r);
+    for (int j = 0; j <= r; ++j)
+      at(r, j) = 0.0 + at(r, j) * last;
+  }
+}
+
+// Matrices whose factorization accepts every pivot, drops the dependent
+// half of the rows, or meets negative pivots and drops those.
+std::vector<QXSymMatrix> CholeskyCases(int n) {
+  QXSymMatrix definite = TestMatrix(n, 300 + n, Kind::kRandom);
+  definite.AddToDiagonal(1000.0 * n);
+  return {definite, TestMatrix(n, 400 + n, Kind::kRankDeficient),
+          TestMatrix(n, 500 + n, Kind::kRandom)};
+}
+
+// LTChol, CholIndNonRed and CholInverse against the plain loops; the
+// factor's panels and the inverse's blocks are 32 wide, so orders up to 67
+// cross two block edges.
+TEST(Kernels, CholeskyAndItsInverseGiveTheBitsOfThePlainLoopsOnEveryPath) {
+  ForEachKernelPath([](KernelPath path) {
+    for (int n = 0; n <= 67; ++n) {
+      for (const QXSymMatrix& start : CholeskyCases(n)) {
+        std::vector<double> diag;
+        start.GetDiagonal(diag);
+        for (double& d : diag)
+          d = std::fabs(d);
+        const double tol = 1e-9;
+        std::vector<double> want = start.AsVectorConst();
+        std::vector<int> wantRows;
+        const int wantRedundant = PlainCholesky(want, n, diag, tol, wantRows);
+        const std::string where =
+            std::string(KernelPathName(path)) + ", order " + std::to_string(n);
+
+        QXSymMatrix got = start;
+        QXBitSet kept;
+        EXPECT_EQ(got.LTChol(diag, tol, kept, true), wantRedundant) << where;
+        EXPECT_TRUE(SameBitsAll(want, got.AsVectorConst())) << where;
+        EXPECT_EQ(kept.InRangeS(0, n), static_cast<int>(wantRows.size())) << where;
+        for (int i : wantRows)
+          EXPECT_TRUE(kept.IsIn(i)) << where << ", row " << i;
+
+        // The search for independent rows, on the matrix's own diagonal,
+        // stops at its limit.
+        std::vector<double> own;
+        start.GetDiagonal(own);
+        std::vector<double> plain = start.AsVectorConst();
+        std::vector<int> plainRows, rows;
+        PlainCholesky(plain, n, own, tol, plainRows);
+        const int limit = static_cast<int>(plainRows.size()) / 2 + 1;
+        plainRows.resize(std::min<std::size_t>(plainRows.size(), limit));
+        QXSymMatrix search = start;
+        search.CholIndNonRed(limit, tol, rows);
+        EXPECT_EQ(rows, plainRows) << where;
+
+        PlainInverseFromFactor(want, n);
+        QXSymMatrix inverse;
+        EXPECT_EQ(start.CholInverse(diag, tol, inverse), n - wantRedundant) << where;
+        EXPECT_TRUE(SameBitsAll(want, inverse.AsVectorConst())) << where;
       }
     }
   });
