@@ -48,6 +48,42 @@ inline void AddScaledTo1(int len, const double* __restrict__ x, double* __restri
 // Columns of the factor, and steps of the triangular inverse and of L^T L,
 // that the blocked Cholesky routines take together.
 constexpr int kCholBlock = 32;
+// Columns of a panel of the factor.
+constexpr int kCholPanel = 16;
+
+// Work space for the blocked factorizations. Each thread keeps up to 8 MB
+// of it between calls, so that repeated factorizations don't fault in fresh
+// pages every time; a larger request, or one made while the kept space is
+// in use, gets space of its own, freed after use. The contents are not
+// cleared.
+class Scratch {
+ public:
+  explicit Scratch(std::size_t size) {
+    static thread_local std::vector<double> kept;
+    static thread_local bool busy = false;
+    if (size <= kKeptDoubles && !busy) {
+      if (kept.size() < size) kept.resize(size);
+      data_ = kept.data();
+      busy_ = &busy;
+      busy = true;
+    } else {
+      own_.resize(size);
+      data_ = own_.data();
+    }
+  }
+  ~Scratch() {
+    if (busy_ != nullptr) *busy_ = false;
+  }
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+  double* data() { return data_; }
+
+ private:
+  static constexpr std::size_t kKeptDoubles = std::size_t{1} << 20;
+  std::vector<double> own_;
+  double* data_ = nullptr;
+  bool* busy_ = nullptr;
+};
 
 // Calls run(top, count) for each run of consecutive k, from hi down to lo,
 // with keep[k - base] set: the run takes k = top, top - 1, ..., in that order.
@@ -85,21 +121,26 @@ template <typename Accept>
 int RowCholesky(double* a, int n, const double* diag, double tol, int limit, Accept accept) {
   if (n < 1) return 0;
   const std::size_t nn = static_cast<std::size_t>(n);
-  std::vector<double> sums(n > kCholBlock ? internal::PackedSize(n) : 0, 0.0);
-  std::vector<double> work(3 * kCholBlock * nn);
-  double* l = work.data();          // l[c * n + i] = L(i, k0 + c)
-  double* s = l + kCholBlock * nn;  // s[c * n + i] = s(i, k0 + c)
-  double* g = s + kCholBlock * nn;  // g[c * n + i] = a(i, k0 + c)
+  const std::size_t panel = kCholPanel * nn;
+  // One allocation: the panel's factor, sums and originals, then the sums'
+  // triangle beyond the first panel.
+  const std::size_t triangle = n > kCholPanel ? internal::PackedSize(n) : 0;
+  Scratch work(3 * panel + triangle);
+  double* l = work.data();  // l[c * n + i] = L(i, k0 + c)
+  double* s = l + panel;    // s[c * n + i] = s(i, k0 + c)
+  double* g = s + panel;    // g[c * n + i] = a(i, k0 + c)
+  double* sums = n > kCholPanel ? g + panel : nullptr;
+  std::fill(sums, sums + triangle, 0.0);
   int redundant = 0;
   int accepted = 0;
-  for (int k0 = 0; k0 < n; k0 += kCholBlock) {
-    const int k1 = n - k0 < kCholBlock ? n : k0 + kCholBlock;
+  for (int k0 = 0; k0 < n; k0 += kCholPanel) {
+    const int k1 = n - k0 < kCholPanel ? n : k0 + kCholPanel;
     for (int i = k0; i < n; ++i) {
       const std::size_t at = RowStart(i) + k0;
       const int cols = (i < k1 ? i + 1 : k1) - k0;
       for (int c = 0; c < cols; ++c) {
         g[c * nn + i] = a[at + c];
-        s[c * nn + i] = sums.empty() ? 0.0 : sums[at + c];
+        s[c * nn + i] = k0 == 0 ? 0.0 : sums[at + c];
       }
     }
     for (int c = 0; c < k1 - k0; ++c) {
@@ -133,8 +174,7 @@ int RowCholesky(double* a, int n, const double* diag, double tol, int limit, Acc
       for (int c = 0; c < cols; ++c)
         a[at + c] = l[c * nn + i];
     }
-    if (k1 < n)
-      internal::UpdateRegion(sums.data(), k1, n, k1, n, true, k1 - k0, l, n, l, n, nullptr);
+    if (k1 < n) internal::UpdateRegion(sums, k1, n, k1, n, true, k1 - k0, l, n, l, n, nullptr);
   }
   return redundant;
 }
@@ -154,14 +194,13 @@ int RowCholesky(double* a, int n, const double* diag, double tol, int limit, Acc
 // originals of the block's rows, which every step reads, are copied first.
 void InvertLower(double* a, int n) {
   const std::size_t nn = static_cast<std::size_t>(n);
-  std::vector<double> work;
+  Scratch work(static_cast<std::size_t>(kCholBlock) * (2 * nn + kCholBlock));
   unsigned char keep[kCholBlock];
   double factor[kCholBlock];
   for (int k1 = n; k1 > 0; k1 -= kCholBlock) {
     const int k0 = k1 > kCholBlock ? k1 - kCholBlock : 0;
     const int w = k1 - k0;
     const int below = n - k1;
-    work.resize(static_cast<std::size_t>(w) * (k0 + w) + (below > 0 ? w * nn : 0));
     double* left = work.data();  // left[c * k0 + j] = L(k0 + c, j), j < k0
     double* square = left + static_cast<std::size_t>(w) * k0;  // [c * w + e] = L(k0 + c, k0 + e)
     double* cols = square + static_cast<std::size_t>(w) * w;   // [c * n + r] = (r, k0 + c), r >= k1
@@ -255,16 +294,15 @@ void InvertLower(double* a, int n) {
 // above R take R's terms through the block kernel, from a copy of R's rows,
 // and then R's own rows take theirs row by row.
 void LowerTransTimesLower(double* a, int n) {
-  std::vector<double> rows;
+  Scratch work(static_cast<std::size_t>(kCholBlock) * (n > 0 ? n : 0));
+  double* rows = work.data();
   for (int r0 = 0; r0 < n; r0 += kCholBlock) {
     const int r1 = n - r0 < kCholBlock ? n : r0 + kCholBlock;
     if (r0 > 0) {
-      rows.resize(static_cast<std::size_t>(r1 - r0) * r0);
       for (int r = r0; r < r1; ++r)
         std::copy(a + RowStart(r), a + RowStart(r) + r0,
-                  rows.data() + static_cast<std::size_t>(r - r0) * r0);
-      internal::UpdateRegion(a, 0, r0, 0, r0, true, r1 - r0, rows.data(), r0, rows.data(), r0,
-                             nullptr);
+                  rows + static_cast<std::size_t>(r - r0) * r0);
+      internal::UpdateRegion(a, 0, r0, 0, r0, true, r1 - r0, rows, r0, rows, r0, nullptr);
     }
     for (int r = r0; r < r1; ++r) {
       double* rowR = a + RowStart(r);
