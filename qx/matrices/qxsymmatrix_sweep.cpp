@@ -339,16 +339,44 @@ double RowBeforeDiagonalDot(const std::vector<double>& a, int row, const std::ve
   return sum;
 }
 
-// Solves L L^T x = b with the factor in a: forward with DDot, then backward
-// down the columns. A zero diagonal gives a zero component in both passes.
+// Forward substitution with the factor in a: x_i = (b_i - s_i) / L_ii, or
+// 0.0 for a zero L_ii, where s_i adds L_ij * x_j to 0.0 for j < i in order.
+// Eight rows go together over the columns left of all of them, as eight
+// independent sums, and then finish one by one. b and x may be the same.
+void ForwardSubstitute(const double* a, int n, const double* b, double* x) {
+  constexpr int kTogether = 8;
+  for (int i0 = 0; i0 < n; i0 += kTogether) {
+    const int m = n - i0 < kTogether ? n - i0 : kTogether;
+    const double* row[kTogether];
+    double sum[kTogether];
+    for (int r = 0; r < kTogether; ++r) {
+      row[r] = a + RowStart(i0 + (r < m ? r : 0));
+      sum[r] = 0.0;
+    }
+    for (int j = 0; j < i0; ++j) {
+      const double xj = x[j];
+#pragma GCC unroll 8
+      for (int r = 0; r < kTogether; ++r)
+        sum[r] = sum[r] + row[r][j] * xj;
+    }
+    for (int r = 0; r < m; ++r) {
+      const int i = i0 + r;
+      double s = sum[r];
+      for (int j = i0; j < i; ++j)
+        s = s + row[r][j] * x[j];
+      const double aii = row[r][i];
+      x[i] = aii == 0.0 ? 0.0 : (b[i] - s) / aii;
+    }
+  }
+}
+
+// Solves L L^T x = b with the factor in a: forward, then backward down the
+// columns. A zero diagonal gives a zero component in both passes. The
+// backward sums can't go together: each starts with the component found
+// just before it.
 void SubstituteBoth(const std::vector<double>& a, int n, const std::vector<double>& b,
                     std::vector<double>& x) {
-  // The kernel takes non-const pointers but only reads the factor here.
-  double* l = const_cast<double*>(a.data());
-  for (int i = 0; i < n; ++i) {
-    const double aii = a[DiagIndex(i)];
-    x[i] = aii == 0.0 ? 0.0 : (b[i] - Blas1::DDot(i, l + RowStart(i), 1, x.data(), 1)) / aii;
-  }
+  ForwardSubstitute(a.data(), n, b.data(), x.data());
   for (int i = n - 1; i >= 0; --i) {
     const double aii = a[DiagIndex(i)];
     x[i] = aii == 0.0 ? 0.0 : (x[i] - ColumnBelowDiagonalDot(a, n, i, x)) / aii;
@@ -872,11 +900,7 @@ bool QXSymMatrix::TSolveSubst(const std::vector<double>& b, std::vector<double>&
       x[i] = aii == 0.0 ? 0.0 : (b[i] - sum) / aii;
     }
   } else {
-    for (int i = 0; i < n; ++i) {
-      const double aii = data[DiagIndex(i)];
-      DotProdRowBeforeDiagFrontVec(i, x, sum);
-      x[i] = aii == 0.0 ? 0.0 : (b[i] - sum) / aii;
-    }
+    ForwardSubstitute(data.data(), n, b.data(), x.data());
   }
   return true;
 }

@@ -190,6 +190,27 @@ TEST(Kernels, CholeskyAndItsInverseGiveTheBitsOfThePlainLoopsOnEveryPath) {
         for (int i : wantRows)
           EXPECT_TRUE(kept.IsIn(i)) << where << ", row " << i;
 
+        // Substitution with the factor, forward alone and both ways.
+        const std::vector<double> b = WideRangeData(n, 600 + n, 2);
+        std::vector<double> forward(n), both(n), x;
+        for (int i = 0; i < n; ++i) {
+          double dot = 0.0;
+          for (int j = 0; j < i; ++j)
+            dot = dot + want[RowStart(i) + j] * forward[j];
+          const double lii = want[DiagIndex(i)];
+          forward[i] = lii == 0.0 ? 0.0 : (b[i] - dot) / lii;
+        }
+        both = forward;
+        for (int i = n - 1; i >= 0; --i) {
+          double dot = 0.0;
+          for (int r = i + 1; r < n; ++r)
+            dot = dot + want[RowStart(r) + i] * both[r];
+          const double lii = want[DiagIndex(i)];
+          both[i] = lii == 0.0 ? 0.0 : (both[i] - dot) / lii;
+        }
+        EXPECT_TRUE(got.TSolveSubst(b, x, false) && SameBitsAll(forward, x)) << where;
+        EXPECT_TRUE(got.LTSubstitute(b, x) == 0 && SameBitsAll(both, x)) << where;
+
         // The search for independent rows, on the matrix's own diagonal,
         // stops at its limit.
         std::vector<double> own;
