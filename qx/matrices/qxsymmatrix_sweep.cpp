@@ -23,22 +23,10 @@ using internal::PackedIndex;
 using internal::RowStart;
 using internal::WalkColumn;
 using internal::WalkDiagonal;
+using internal::WalkSymmetricRow;
 using QXCommon_850::QXMV;
 
-// Adds c_t times the pivot values x[0..len-1] to four rows at once, so that
-// each pivot value is loaded once for the four.
-inline void AddScaledTo4(int len, const double* __restrict__ x, double* __restrict__ r0,
-                         double* __restrict__ r1, double* __restrict__ r2, double* __restrict__ r3,
-                         double c0, double c1, double c2, double c3) {
-  for (int j = 0; j < len; ++j) {
-    const double v = x[j];
-    r0[j] += c0 * v;
-    r1[j] += c1 * v;
-    r2[j] += c2 * v;
-    r3[j] += c3 * v;
-  }
-}
-
+// r[j] += c * x[j] for j < len.
 inline void AddScaledTo1(int len, const double* __restrict__ x, double* __restrict__ r, double c) {
   for (int j = 0; j < len; ++j) {
     r[j] += c * x[j];
@@ -550,81 +538,23 @@ bool QXSymMatrix::Sweep(int k, double tol, const double* diag, QXBitSet& swept, 
   a[rk + k] = d;
   const double s = std::fabs(d);
   const bool negate = d < 0.0;
-  const double* pivotRow = a + rk;  // element (k, j) for j < k
-
-  // Rows before k: their pivot elements lie side by side in row k.
-  int i = 0;
-  for (; i + 3 < k - 3; i += 4) {
-    double* r0 = a + RowStart(i);
-    double* r1 = a + RowStart(i + 1);
-    double* r2 = a + RowStart(i + 2);
-    double* r3 = a + RowStart(i + 3);
-    double* pk = a + rk + i;
-    const double b0 = pk[0], b1 = pk[1], b2 = pk[2], b3 = pk[3];
-    pk[0] = s * b0;
-    pk[1] = s * b1;
-    pk[2] = s * b2;
-    pk[3] = s * b3;
-    const double c0 = negate ? -b0 : b0;
-    const double c1 = negate ? -b1 : b1;
-    const double c2 = negate ? -b2 : b2;
-    const double c3 = negate ? -b3 : b3;
-    AddScaledTo4(i + 1, pivotRow, r0, r1, r2, r3, c0, c1, c2, c3);
-    r1[i + 1] += c1 * pk[1];
-    r2[i + 1] += c2 * pk[1];
-    r2[i + 2] += c2 * pk[2];
-    r3[i + 1] += c3 * pk[1];
-    r3[i + 2] += c3 * pk[2];
-    r3[i + 3] += c3 * pk[3];
-  }
-  for (; i < k; ++i) {
-    double* r = a + RowStart(i);
-    const double b = a[rk + i];
-    a[rk + i] = s * b;
-    const double c = negate ? -b : b;
-    AddScaledTo1(i + 1, pivotRow, r, c);
-  }
-
-  // Rows after k: columns before k take row k, columns after it walk down
-  // column k, whose elements are all scaled before they are used.
-  i = k + 1;
-  for (; i < n - 3; i += 4) {
-    double* r0 = a + RowStart(i);
-    double* r1 = a + RowStart(i + 1);
-    double* r2 = a + RowStart(i + 2);
-    double* r3 = a + RowStart(i + 3);
-    const double b0 = r0[k], b1 = r1[k], b2 = r2[k], b3 = r3[k];
-    r0[k] = s * b0;
-    r1[k] = s * b1;
-    r2[k] = s * b2;
-    r3[k] = s * b3;
-    const double c0 = negate ? -b0 : b0;
-    const double c1 = negate ? -b1 : b1;
-    const double c2 = negate ? -b2 : b2;
-    const double c3 = negate ? -b3 : b3;
-    AddScaledTo4(k, pivotRow, r0, r1, r2, r3, c0, c1, c2, c3);
-    WalkColumn(a, k, k + 1, i + 1, [=](int j, double v) {
-      r0[j] += c0 * v;
-      r1[j] += c1 * v;
-      r2[j] += c2 * v;
-      r3[j] += c3 * v;
-    });
-    r1[i + 1] += c1 * r1[k];
-    r2[i + 1] += c2 * r1[k];
-    r2[i + 2] += c2 * r2[k];
-    r3[i + 1] += c3 * r1[k];
-    r3[i + 2] += c3 * r2[k];
-    r3[i + 3] += c3 * r3[k];
-  }
-  for (; i < n; ++i) {
-    double* r = a + RowStart(i);
-    const double b = r[k];
-    r[k] = s * b;
-    const double c = negate ? -b : b;
-    AddScaledTo1(k, pivotRow, r, c);
-    WalkColumn(a, k, k + 1, i + 1, [=](int j, double v) { r[j] += c * v; });
-  }
-
+  // Every element (i, j) off row and column k takes c_i * y_j, where c_i is
+  // the element (i, k) before the sweep, negated for a positive pivot, and
+  // y_j the scaled (j, k) after it; the three regions around row and column
+  // k take it through the kernel, a row at a time.
+  Scratch work(2 * static_cast<std::size_t>(n));
+  double* c = work.data();
+  double* y = c + n;
+  WalkSymmetricRow(a, k, n, [&](int i, double& e) {
+    if (i == k) return;
+    const double b = e;
+    e = s * b;
+    c[i] = negate ? -b : b;
+    y[i] = e;
+  });
+  internal::UpdateRegion(a, 0, k, 0, k, true, 1, c, 0, y, 0, nullptr);
+  internal::UpdateRegion(a, k + 1, n, 0, k, false, 1, c, 0, y, 0, nullptr);
+  internal::UpdateRegion(a, k + 1, n, k + 1, n, true, 1, c, 0, y, 0, nullptr);
   swept.Set(k, !wasSwept);
   return true;
 }

@@ -95,6 +95,39 @@ TEST(Kernels, SweepOnManyGivesTheBitsOfSweepingRowByRowOnEveryPath) {
   });
 }
 
+// Sweep, alone and through SweepOnSelected, against the element-by-element
+// SweepOrig: rows swept in, refused, and swept out again, so that pivots of
+// both signs occur.
+TEST(Kernels, SweepGivesTheBitsOfTheElementLoopOnEveryPath) {
+  ForEachKernelPath([](KernelPath path) {
+    for (int n = 1; n <= 67; ++n) {
+      for (Kind kind : {Kind::kRandom, Kind::kRankDeficient}) {
+        QXSymMatrix start = TestMatrix(n, 700 + n, kind);
+        if (kind == Kind::kRandom) start.AddToDiagonal(100.0 * n);
+        std::vector<double> diag;
+        start.GetDiagonal(diag);
+        std::vector<int> rows;
+        for (int i = 0; i < n; i += 2)
+          rows.push_back(n - 1 - i);
+        rows.push_back(n - 1);
+        QXSymMatrix want = start, got = start, bulk = start;
+        QXBitSet wantSwept(n), gotSwept(n), bulkSwept(n);
+        for (int k : rows) {
+          const bool ok = want.SweepOrig(k, 1e-8, diag, wantSwept, false);
+          EXPECT_EQ(got.Sweep(k, 1e-8, diag, gotSwept, false), ok) << "order " << n;
+        }
+        ASSERT_TRUE(bulk.SweepOnSelected(rows, 1e-8, bulkSwept, false, diag.data()));
+        EXPECT_TRUE(SameBitsAll(want.AsVectorConst(), got.AsVectorConst()))
+            << KernelPathName(path) << ", order " << n;
+        EXPECT_TRUE(SameBitsAll(want.AsVectorConst(), bulk.AsVectorConst()))
+            << KernelPathName(path) << ", order " << n;
+        for (int i = 0; i < n; ++i)
+          EXPECT_EQ(wantSwept.IsIn(i), gotSwept.IsIn(i)) << "order " << n << ", row " << i;
+      }
+    }
+  });
+}
+
 // The row-by-row Cholesky loop: each element's dot product from 0.0 in
 // column order, a pivot at or below tol * diag[i] set to zero. Returns the
 // redundant rows; accepted lists the others.
