@@ -6,6 +6,7 @@
 
 #include "qx/foundation/qxcomponentdisplay.h"
 #include "qx/matrices/internal/displayrow.h"
+#include "qx/matrices/internal/kernels.h"
 #include "qx/matrices/internal/packedlayout.h"
 #include "qx/matrices/qxrectmatrix.h"
 
@@ -22,6 +23,32 @@ namespace {
 
 inline int Order(int n) {
   return n > 0 ? n : 0;
+}
+
+// a_ij = a_ij + (w * x_i) * x_j for j <= i < n, the multipliers formed once;
+// with skipZeros the rows whose x_i is zero are left alone.
+void AddScaledRankOne(double* a, int n, const double* x, double w, bool skipZeros) {
+  if (n < 1) return;
+  internal::Scratch work(static_cast<std::size_t>(n));
+  double* s = work.data();
+  for (int i = 0; i < n; ++i)
+    s[i] = w * x[i];
+  if (!skipZeros) {
+    internal::UpdateRegion(a, 0, n, 0, n, true, 1, s, 0, x, 0, nullptr);
+    return;
+  }
+  int i = 0;
+  while (i < n) {
+    if (x[i] == 0.0) {
+      ++i;
+      continue;
+    }
+    int end = i + 1;
+    while (end < n && x[end] != 0.0)
+      ++end;
+    internal::UpdateRegion(a, i, end, 0, end, true, 1, s, 0, x, 0, nullptr);
+    i = end;
+  }
 }
 
 }  // namespace
@@ -263,9 +290,10 @@ bool QXSymMatrix::IncrVecByRow(int row, std::vector<double>& v, int offset, int 
 // ---------------------------------------------------------------------------
 // Rank-one updates
 
+// Row i takes (w * x_i) * x_j, its multiplier formed once, through the
+// single-step kernel; UpdateXX skips the rows whose x_i is zero.
 void QXSymMatrix::IncrementByVV(const double* x, double w) {
-  internal::AddRankOne(
-      data.data(), nRows, [=](int i) { return w * x[i]; }, [=](int j) { return x[j]; });
+  AddScaledRankOne(data.data(), nRows, x, w, false);
 }
 
 bool QXSymMatrix::UpdateXX(const std::vector<double>& x, double w) {
@@ -275,10 +303,7 @@ bool QXSymMatrix::UpdateXX(const std::vector<double>& x, double w) {
 
 bool QXSymMatrix::UpdateXXPosNegW(const std::vector<double>& x, double w) {
   if (static_cast<int>(x.size()) != nRows) return false;
-  const double* xv = x.data();
-  internal::AddRankOne(
-      data.data(), nRows, [=](int i) { return xv[i] != 0.0; }, [=](int i) { return w * xv[i]; },
-      [=](int j) { return xv[j]; });
+  AddScaledRankOne(data.data(), nRows, x.data(), w, true);
   return true;
 }
 

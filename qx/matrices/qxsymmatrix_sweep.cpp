@@ -21,6 +21,7 @@ namespace {
 using internal::DiagIndex;
 using internal::PackedIndex;
 using internal::RowStart;
+using internal::Scratch;
 using internal::WalkColumn;
 using internal::WalkDiagonal;
 using internal::WalkSymmetricRow;
@@ -38,40 +39,6 @@ inline void AddScaledTo1(int len, const double* __restrict__ x, double* __restri
 constexpr int kCholBlock = 32;
 // Columns of a panel of the factor.
 constexpr int kCholPanel = 16;
-
-// Work space for the blocked factorizations. Each thread keeps up to 8 MB
-// of it between calls, so that repeated factorizations don't fault in fresh
-// pages every time; a larger request, or one made while the kept space is
-// in use, gets space of its own, freed after use. The contents are not
-// cleared.
-class Scratch {
- public:
-  explicit Scratch(std::size_t size) {
-    static thread_local std::vector<double> kept;
-    static thread_local bool busy = false;
-    if (size <= kKeptDoubles && !busy) {
-      if (kept.size() < size) kept.resize(size);
-      data_ = kept.data();
-      busy_ = &busy;
-      busy = true;
-    } else {
-      own_.resize(size);
-      data_ = own_.data();
-    }
-  }
-  ~Scratch() {
-    if (busy_ != nullptr) *busy_ = false;
-  }
-  Scratch(const Scratch&) = delete;
-  Scratch& operator=(const Scratch&) = delete;
-  double* data() { return data_; }
-
- private:
-  static constexpr std::size_t kKeptDoubles = std::size_t{1} << 20;
-  std::vector<double> own_;
-  double* data_ = nullptr;
-  bool* busy_ = nullptr;
-};
 
 // Calls run(top, count) for each run of consecutive k, from hi down to lo,
 // with keep[k - base] set: the run takes k = top, top - 1, ..., in that order.

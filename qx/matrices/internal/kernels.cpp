@@ -63,6 +63,25 @@ const char* KernelPathName(KernelPath path) {
   return TableOf(path)->name;
 }
 
+Scratch::Scratch(std::size_t size) {
+  constexpr std::size_t kKeptDoubles = std::size_t{1} << 20;
+  static thread_local std::vector<double> kept;
+  static thread_local bool busy = false;
+  if (size <= kKeptDoubles && !busy) {
+    if (kept.size() < size) kept.resize(size);
+    data_ = kept.data();
+    busy_ = &busy;
+    busy = true;
+  } else {
+    own_.resize(size);
+    data_ = own_.data();
+  }
+}
+
+Scratch::~Scratch() {
+  if (busy_ != nullptr) *busy_ = false;
+}
+
 void UpdateRegion(double* a, int i0, int i1, int j0, int j1, bool diagonal, int count,
                   const double* s, long sStride, const double* y, long yStride, const double* w) {
   const RegionUpdate u{a, i0, i1, j0, j1, diagonal, count, s, sStride, y, yStride, w};

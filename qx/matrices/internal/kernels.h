@@ -11,6 +11,9 @@
 // and adds (never fused), so that every path gives the same bits as that
 // loop. Never installed.
 
+#include <cstddef>
+#include <vector>
+
 namespace QXMath_850 {
 namespace internal {
 
@@ -42,6 +45,24 @@ void UpdateVector(double* v, int n, int count, const double* x, long xStride, co
 inline void UpdateRankOne(double* a, int n, const double* s, const double* y) {
   UpdateRegion(a, 0, n, 0, n, true, 1, s, 0, y, 0, nullptr);
 }
+
+// Work space for the kernels' callers. Each thread keeps up to 8 MB of it
+// between calls, so that repeated factorizations and updates don't fault in
+// fresh pages every time; a larger request, or one made while the kept space
+// is in use, gets space of its own, freed after use. Not cleared.
+class Scratch {
+ public:
+  explicit Scratch(std::size_t size);
+  ~Scratch();
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+  double* data() { return data_; }
+
+ private:
+  std::vector<double> own_;
+  double* data_ = nullptr;
+  bool* busy_ = nullptr;
+};
 
 // Cases that the accumulators take together for a triangle of order n: the
 // block of values stays within about 256 KB.

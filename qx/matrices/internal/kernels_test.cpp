@@ -55,6 +55,39 @@ TEST(Kernels, UpdateRegionGivesTheBitsOfThePlainLoopOnEveryPath) {
   });
 }
 
+// UpdateXX skips the rows of zero values (a -0.0 there would otherwise turn
+// into +0.0); IncrementByVV takes every row. Both add (w * x_i) * x_j.
+TEST(Kernels, RankOneUpdatesGiveTheBitsOfThePlainLoopOnEveryPath) {
+  ForEachKernelPath([](KernelPath path) {
+    for (int n = 0; n <= 67; ++n) {
+      std::vector<double> start = WideRangeData(static_cast<int>(PackedSize(n)), 800 + n, 2);
+      for (std::size_t k = 0; k < start.size(); k += 5)
+        start[k] = -0.0;
+      std::vector<double> x = WideRangeData(n, 900 + n, 2);
+      for (int i = 0; i < n; i += 3)
+        x[i] = 0.0;
+      const double w = 0.37;
+      for (bool skipZeros : {true, false}) {
+        std::vector<double> want = start;
+        for (int i = 0; i < n; ++i) {
+          if (skipZeros && x[i] == 0.0) continue;
+          const double wx = w * x[i];
+          for (int j = 0; j <= i; ++j)
+            want[RowStart(i) + j] += wx * x[j];
+        }
+        QXSymMatrix got = Packed(start);
+        if (skipZeros) {
+          ASSERT_TRUE(got.UpdateXX(x, w));
+        } else {
+          got.IncrementByVV(x.data(), w);
+        }
+        EXPECT_TRUE(SameBitsAll(want, got.AsVectorConst()))
+            << KernelPathName(path) << ", order " << n << (skipZeros ? ", UpdateXX" : "");
+      }
+    }
+  });
+}
+
 // The blocked SweepOnMany against the row-by-row sweeps it replaces, on
 // matrices that accept every pivot, refuse some, or refuse most, with a row
 // above the swept ones already marked in.

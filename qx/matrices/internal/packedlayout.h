@@ -82,28 +82,6 @@ inline void WalkLower(T* a, int n, F&& f) {
   }
 }
 
-// Rank-one update, row by row: a_ij += s_i * y(j) for j <= i, where the row's
-// multiplier s_i = scale(i) is formed once, before it meets any y(j). So
-// w x_i x_j is added as (w * x_i) * x_j and never as w * (x_i * x_j): the
-// grouping shows in the last bits, and every caller relies on it. Rows for
-// which use(i) is false are skipped whole.
-template <typename Use, typename Scale, typename Y>
-inline void AddRankOne(double* a, int n, Use use, Scale scale, Y y) {
-  for (int i = 0; i < n; ++i) {
-    if (!use(i)) continue;
-    const double s = scale(i);
-    double* row = a + RowStart(i);
-    for (int j = 0; j <= i; ++j)
-      row[j] += s * y(j);
-  }
-}
-
-template <typename Scale, typename Y>
-inline void AddRankOne(double* a, int n, Scale scale, Y y) {
-  AddRankOne(
-      a, n, [](int) { return true; }, scale, y);
-}
-
 // t[i] = sum over j, in order, of v[j] * a_ij along the full symmetric row i
 // of the packed store a of order n (for a leading block, n its order), for
 // every i in one pass over the store: row r gives t[r] the terms of its
