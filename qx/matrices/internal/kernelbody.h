@@ -7,6 +7,10 @@
 
 #include "qx/matrices/internal/kerneltable.h"
 
+#if QX_KERNEL_WIDTH == 8
+#include <immintrin.h>
+#endif
+
 namespace QXMath_850 {
 namespace internal {
 namespace {
@@ -83,6 +87,52 @@ inline int ColumnEnd(const RegionUpdate& u, int i) {
   return last < u.j1 ? last : u.j1;
 }
 
+#if QX_KERNEL_WIDTH == 8
+// The columns from j to the ends of rows i..i+R-1, fewer than two vectors'
+// worth, through loads and stores masked to each row's length, so that the
+// short rows go at the speed of whole ones; the masked-off lanes are neither
+// read nor written.
+template <bool kWeighted, int R>
+inline void TailTile(const RegionUpdate& u, int i, int j) {
+  __mmask8 mask[R][2];
+  int widest = 0;
+  for (int r = 0; r < R; ++r) {
+    const int end = ColumnEnd(u, i + r);
+    const int len = end > j ? end - j : 0;
+    if (len > widest) widest = len;
+    mask[r][0] = static_cast<__mmask8>(len >= 8 ? 0xFF : (1u << len) - 1u);
+    mask[r][1] = static_cast<__mmask8>(len >= 16 ? 0xFF : len > 8 ? (1u << (len - 8)) - 1u : 0u);
+  }
+  if (widest == 0) return;
+  const __mmask8 y0Mask = static_cast<__mmask8>(widest >= 8 ? 0xFF : (1u << widest) - 1u);
+  const __mmask8 y1Mask = static_cast<__mmask8>(widest > 8 ? (1u << (widest - 8)) - 1u : 0u);
+  Vec acc[R][2];
+#pragma GCC unroll 8
+  for (int r = 0; r < R; ++r) {
+    const double* row = u.a + RowStartOf(i + r) + j;
+    acc[r][0] = Vec(_mm512_maskz_loadu_pd(mask[r][0], row));
+    acc[r][1] = Vec(_mm512_maskz_loadu_pd(mask[r][1], row + kWidth));
+  }
+  const double* y = u.y + j;
+  const double* s = u.s + i;
+  for (int t = 0; t < u.count; ++t, y += u.yStride, s += u.sStride) {
+    const double w = kWeighted ? u.w[t] : 0.0;
+    const Vec y0 = Vec(_mm512_maskz_loadu_pd(y0Mask, y));
+    const Vec y1 = Vec(_mm512_maskz_loadu_pd(y1Mask, y + kWidth));
+#pragma GCC unroll 8
+    for (int r = 0; r < R; ++r) {
+      acc[r][0] = Step<kWeighted>(acc[r][0], s[r], y0, w);
+      acc[r][1] = Step<kWeighted>(acc[r][1], s[r], y1, w);
+    }
+  }
+#pragma GCC unroll 8
+  for (int r = 0; r < R; ++r) {
+    double* row = u.a + RowStartOf(i + r) + j;
+    _mm512_mask_storeu_pd(row, mask[r][0], __m512d(acc[r][0]));
+    _mm512_mask_storeu_pd(row + kWidth, mask[r][1], __m512d(acc[r][1]));
+  }
+}
+#else
 // The columns from j to the ends of rows i..i+R-1, fewer than two vectors'
 // worth, with the values copied into zero-padded vectors so that the short
 // rows go at the speed of whole ones; the padding lanes are dropped.
@@ -135,6 +185,8 @@ inline void TailTile(const RegionUpdate& u, int i, int j) {
       row[k] = held[r][k];
   }
 }
+
+#endif
 
 // Rows i..i+R-1 from column j0: whole tiles over the columns they all have,
 // then the rest of each row.
