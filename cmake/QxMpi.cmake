@@ -24,19 +24,24 @@ endif()
 # run as root, with a timeout so that a rank left waiting can't hang the
 # run. Under the sanitizers, leaks inside the MPI libraries themselves are
 # suppressed (cmake/lsan_mpi.supp); full stacks are needed to see them there.
+# QX_MPIRUN: the launcher and its flags, up to the number of processes.
+# QX_MPIRUN_ENVIRONMENT: what a test that launches needs in its environment.
+set(QX_MPIRUN ${MPIEXEC_EXECUTABLE})
+if(qx_mpiexec_version MATCHES "Open MPI|OpenRTE")
+  list(APPEND QX_MPIRUN --oversubscribe)
+endif()
+list(APPEND QX_MPIRUN ${MPIEXEC_PREFLAGS} ${MPIEXEC_NUMPROC_FLAG})
+set(QX_MPIRUN_ENVIRONMENT OMPI_ALLOW_RUN_AS_ROOT=1 OMPI_ALLOW_RUN_AS_ROOT_CONFIRM=1)
+if(QXCOMMON_SANITIZE)
+  list(APPEND QX_MPIRUN_ENVIRONMENT
+       "ASAN_OPTIONS=detect_leaks=1:abort_on_error=1:fast_unwind_on_malloc=0"
+       "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan_mpi.supp")
+endif()
+
 function(qx_add_mpirun_test name ranks)
-  set(flags ${MPIEXEC_NUMPROC_FLAG} ${ranks})
-  if(qx_mpiexec_version MATCHES "Open MPI|OpenRTE")
-    list(APPEND flags --oversubscribe)
-  endif()
-  add_test(NAME ${name} COMMAND ${MPIEXEC_EXECUTABLE} ${flags} ${MPIEXEC_PREFLAGS} ${ARGN}
-                                ${MPIEXEC_POSTFLAGS})
-  set(env OMPI_ALLOW_RUN_AS_ROOT=1 OMPI_ALLOW_RUN_AS_ROOT_CONFIRM=1)
-  if(QXCOMMON_SANITIZE)
-    list(APPEND env "ASAN_OPTIONS=detect_leaks=1:abort_on_error=1:fast_unwind_on_malloc=0"
-         "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan_mpi.supp")
-  endif()
-  set_tests_properties(${name} PROPERTIES ENVIRONMENT "${env}" TIMEOUT 60 PROCESSORS 2)
+  add_test(NAME ${name} COMMAND ${QX_MPIRUN} ${ranks} ${ARGN} ${MPIEXEC_POSTFLAGS})
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "${QX_MPIRUN_ENVIRONMENT}" TIMEOUT 60
+                                          PROCESSORS 2)
 endfunction()
 
 # Where MPI is absent its tests are reported as skipped, with the reason.
