@@ -460,7 +460,9 @@ class Run {
       }
     }
     Flush(*solver, block, filled);
-    lastLine = reader.Line();
+    // A share's line numbers cost a pass over the file before it: only the
+    // message of a file without rows needs this one, and asks for it then.
+    if (pool == nullptr) lastLine = reader.Line();
   }
 
   // The counts, sums and summaries of all processes, in every process.
@@ -473,7 +475,7 @@ class Run {
     fit.casesDropped = counts[2];
     fit.badWeights = counts[3];
     fit.blocks = static_cast<int>(counts[4]);
-    lastLine = pool->Max(lastLine);
+    if (fit.rowsRead == 0) lastLine = pool->Max(reader.Line());
     bool pooled = pool->Combine(*solver->Pooled());
     for (QXMath_850::QXUniStats& field : fit.fields)
       pooled = pool->Combine(field) && pooled;
