@@ -3,8 +3,11 @@
 # consumer against it twice, through find_package and through pkg-config, with
 # nothing but the prefix to go on. With -DSOURCE_DIR=<source tree> it builds
 # the consumer with the library added by add_subdirectory instead.
+# With -DMPIRUN=<launcher up to the number of processes, "|" between its
+# words> the MPI component is checked the same two ways, its consumer run on
+# two processes.
 # Usage: cmake [-DBUILD_DIR= | -DSOURCE_DIR=] -DWORK_DIR= -DCONSUMER_DIR= -DCXX= -DGENERATOR=
-#        -P CheckInstall.cmake
+#        [-DMPIRUN=] -P CheckInstall.cmake
 function(run)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
   if(NOT rc EQUAL 0)
@@ -73,3 +76,27 @@ run(${CXX} -std=c++17 ${CONSUMER_DIR}/main.cpp ${flags} -Wl,-rpath,${pc_libdir}
     -o ${WORK_DIR}/pc-consumer)
 run(${WORK_DIR}/pc-consumer)
 message(STATUS "pkg-config consumer: ${last_output}")
+
+if(NOT MPIRUN)
+  return()
+endif()
+string(REPLACE "|" ";" MPIRUN "${MPIRUN}")
+# 3. The MPI component through find_package(... COMPONENTS mpi).
+if(NOT EXISTS ${prefix}/include/qx/mpi/qxmpipool.h OR NOT EXISTS ${libdir}/libqxcommon850r_mpi.so)
+  message(FATAL_ERROR "the MPI component is not installed under ${prefix}")
+endif()
+set(cmm ${WORK_DIR}/cmake-mpi-consumer)
+run(${CMAKE_COMMAND} -S ${CONSUMER_DIR} -B ${cmm} -G ${GENERATOR} -DQXCONSUMER_MPI=ON
+    -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release)
+run(${CMAKE_COMMAND} --build ${cmm})
+run(${MPIRUN} 2 ${cmm}/qxconsumer_mpi)
+message(STATUS "find_package mpi consumer: ${last_output}")
+
+# 4. pkg-config, qxcommon-mpi.
+run(${PKG_CONFIG} --cflags --libs qxcommon-mpi)
+string(STRIP "${last_output}" flags)
+separate_arguments(flags UNIX_COMMAND "${flags}")
+run(${CXX} -std=c++17 ${CONSUMER_DIR}/main_mpi.cpp ${flags} -Wl,-rpath,${pc_libdir}
+    -o ${WORK_DIR}/pc-mpi-consumer)
+run(${MPIRUN} 2 ${WORK_DIR}/pc-mpi-consumer)
+message(STATUS "pkg-config mpi consumer: ${last_output}")

@@ -10,6 +10,7 @@ install(TARGETS qxcommon EXPORT qxcommonTargets
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/qx/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qx
         FILES_MATCHING PATTERN "*.h"
         PATTERN "internal" EXCLUDE
+        PATTERN "mpi" EXCLUDE
         PATTERN "testdata" EXCLUDE)
 install(EXPORT qxcommonTargets NAMESPACE qxcommon:: DESTINATION ${QXCOMMON_CMAKE_DIR})
 
@@ -26,3 +27,28 @@ file(RELATIVE_PATH QXCOMMON_PC_TO_PREFIX
      /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/qxcommon.pc.in ${PROJECT_BINARY_DIR}/qxcommon.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/qxcommon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# The MPI companion, when built: its own component of the same package
+# (find_package(qxcommon COMPONENTS mpi) gives qxcommon::mpi) and its own
+# pkg-config file, qxcommon-mpi.pc, which carries the MPI flags it was built with.
+if(TARGET qxcommon_mpi)
+  install(TARGETS qxcommon_mpi EXPORT qxcommonMpiTargets
+          LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT mpi NAMELINK_COMPONENT mpi
+          INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  install(FILES ${PROJECT_SOURCE_DIR}/qx/mpi/qxmpipool.h
+          DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qx/mpi COMPONENT mpi)
+  install(EXPORT qxcommonMpiTargets NAMESPACE qxcommon:: DESTINATION ${QXCOMMON_CMAKE_DIR}
+          COMPONENT mpi)
+  set(QXCOMMON_MPI_CFLAGS "")
+  foreach(dir IN LISTS MPI_CXX_INCLUDE_DIRS)
+    string(APPEND QXCOMMON_MPI_CFLAGS " -I${dir}")
+  endforeach()
+  foreach(definition IN LISTS MPI_CXX_COMPILE_DEFINITIONS)
+    string(APPEND QXCOMMON_MPI_CFLAGS " -D${definition}")
+  endforeach()
+  list(JOIN MPI_CXX_LIBRARIES " " QXCOMMON_MPI_LIBS)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/qxcommon-mpi.pc.in ${PROJECT_BINARY_DIR}/qxcommon-mpi.pc
+                 @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/qxcommon-mpi.pc
+          DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT mpi)
+endif()

@@ -1,5 +1,6 @@
 #include "csvreader.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -23,7 +24,75 @@ CsvReader::CsvReader(std::istream& input, std::string shownName)
     : in(input), name(std::move(shownName)), buffer(kChunk), origin(input.tellg()) {}
 
 InputError CsvReader::Error(Code code, const std::string& what) const {
-  return InputError{code, name + ":" + std::to_string(line) + ": error: " + what};
+  return InputError{code, name + ":" + std::to_string(Line()) + ": error: " + what};
+}
+
+long CsvReader::Line() const {
+  if (shareEnd < 0) return line;
+  if (shareLines < 0) shareLines = LinesBefore(dataStart);
+  return shareLines + line;
+}
+
+long CsvReader::LinesBefore(std::streamoff offset) const {
+  in.clear();
+  const std::streampos kept = in.tellg();
+  in.seekg(origin);
+  std::vector<char> chunk(kChunk);
+  long count = 0;
+  for (std::streamoff left = offset; left > 0 && in;) {
+    in.read(chunk.data(), static_cast<std::streamsize>(std::min<std::streamoff>(left, kChunk)));
+    const std::streamsize got = in.gcount();
+    if (got <= 0) break;
+    for (const char* p = chunk.data();
+         (p = static_cast<const char*>(std::memchr(p, '\n', chunk.data() + got - p))) != nullptr;
+         ++p)
+      ++count;
+    left -= got;
+  }
+  in.clear();
+  in.seekg(kept);
+  return count;
+}
+
+void CsvReader::SeekTo(std::streamoff offset) {
+  in.clear();
+  if (origin == std::streampos(-1) || !in.seekg(origin + offset)) {
+    throw InputError{kCannotOpen, name + ": error: the input can't be read a second time"};
+  }
+  begin = end = 0;
+  atEof = false;
+  consumed = offset;
+}
+
+void CsvReader::KeepShare(int index, int count) {
+  in.clear();
+  if (origin == std::streampos(-1) || !in.seekg(0, std::ios::end)) {
+    throw InputError{kCannotOpen, name + ": error: the input can't be split into shares"};
+  }
+  const std::streamoff total = in.tellg() - origin;
+  const std::streamoff span = std::max<std::streamoff>(total - dataStart, 0);
+  const std::streamoff from = dataStart + span * index / count;
+  shareEnd = index + 1 == count ? total : dataStart + span * (index + 1) / count;
+  if (from == dataStart) {
+    SeekTo(from);
+  } else {
+    // The line that runs over the start belongs to the share before: skip
+    // to just after the first line end at or after the byte before it.
+    SeekTo(from - 1);
+    while (true) {
+      const void* nl = std::memchr(buffer.data() + begin, '\n', end - begin);
+      if (nl != nullptr) {
+        begin = static_cast<const char*>(nl) - buffer.data() + 1;
+        break;
+      }
+      begin = end;
+      if (atEof) break;
+      Fill();
+    }
+  }
+  dataStart = consumed - static_cast<std::streamoff>(end - begin);
+  dataLine = 0;
+  line = 0;
 }
 
 void CsvReader::Fill() {
@@ -41,6 +110,9 @@ void CsvReader::Fill() {
 }
 
 bool CsvReader::NextLine(std::string_view& text) {
+  if (shareEnd >= 0 && consumed - static_cast<std::streamoff>(end - begin) >= shareEnd) {
+    return false;
+  }
   std::size_t scanned = 0;  // bytes after `begin` known to hold no line end
   while (true) {
     const void* nl = std::memchr(buffer.data() + begin + scanned, '\n', end - begin - scanned);
@@ -166,12 +238,7 @@ bool CsvReader::Next(std::vector<std::string_view>& fields) {
 }
 
 void CsvReader::Rewind() {
-  in.clear();
-  if (origin == std::streampos(-1) || !in.seekg(origin + dataStart)) {
-    throw InputError{kCannotOpen, name + ": error: the input can't be read a second time"};
-  }
-  begin = end = 0;
-  atEof = false;
+  SeekTo(dataStart);
   line = dataLine;
 }
 

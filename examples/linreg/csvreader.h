@@ -35,10 +35,16 @@ class CsvReader {
   bool Next(std::vector<std::string_view>& fields);
   // Back to the first row after the header (the stream must be seekable).
   void Rewind();
+  // After the header, keeps to share `index` of `count`: the rows whose line
+  // starts in that share of the bytes after the header, cut into `count`
+  // equal parts. A line belongs to the share in which it starts, so the
+  // shares of all indexes hold every row once; one may hold none. The stream
+  // must be seekable. Line numbers stay those of the whole file.
+  void KeepShare(int index, int count);
 
   const std::string& Name() const { return name; }
   // The file line of the row last returned (of the header before any row).
-  long Line() const { return line; }
+  long Line() const;
   // An error about the current line.
   InputError Error(Code code, const std::string& what) const;
 
@@ -47,6 +53,11 @@ class CsvReader {
   bool NextLine(std::string_view& text);
   void Split(std::string_view text, std::vector<std::string_view>& fields);
   void Fill();
+  // Moves the reading to `offset` bytes after the origin.
+  void SeekTo(std::streamoff offset);
+  // The number of line ends before `offset`, read from the origin; the
+  // reading position is kept.
+  long LinesBefore(std::streamoff offset) const;
 
   std::istream& in;
   std::string name;
@@ -59,6 +70,8 @@ class CsvReader {
   std::streampos origin;         // where the stream stood at the start; -1 if unknown
   std::streamoff consumed = 0;   // bytes read from it since
   std::streamoff dataStart = 0;  // offset of the first row after the header
+  std::streamoff shareEnd = -1;  // rows start before it; -1: no share kept
+  mutable long shareLines = -1;  // lines before the share, counted when first asked
   // Quoted fields that held "", one entry per such field of a line; a deque,
   // so that adding one leaves the views of the others valid.
   std::deque<std::string> unescaped;

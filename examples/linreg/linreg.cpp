@@ -47,6 +47,8 @@ int ExitStatus(long code) {
       return 9;
     case kBadModel:
       return 10;
+    case kNotPooled:
+      return 11;
     default:
       return code == 0 ? 0 : 1;
   }
@@ -333,14 +335,49 @@ double OrNaN(double value) {
 class Run {
  public:
   Run(std::istream& in, const std::string& shownName, const Options& o,
-      QXCommon_850::QXQueryCancel* query, const ProgressFn& progress, Fit& fit)
+      QXCommon_850::QXQueryCancel* query, const ProgressFn& progress, Fit& fit, Pool* pool)
       : reader(in, shownName),
         o(o),
         cancel(query != nullptr ? query : &nothing),
         progress(progress),
-        fit(fit) {}
+        fit(fit),
+        pool(pool) {}
 
   void Go() {
+    if (pool == nullptr) {
+      Accumulate();
+    } else {
+      // Every process reaches the agreement whatever happened to it, so that
+      // none waits for another; past it, every step is the same everywhere.
+      std::optional<InputError> failure;
+      try {
+        Accumulate();
+      } catch (const InputError& e) {
+        failure = e;
+      }
+      failure = pool->Agree(failure);
+      if (failure) throw *failure;
+      PoolShares();
+    }
+    Counts();
+    const std::vector<double> range = fit.fields[fit.target].GetSummStats();
+    if (range[0] == range[1]) {
+      throw InputError{kConstantTarget, reader.Name() + ": error: the target '" +
+                                            fit.dictionary.GetVarAt(fit.target)->GetVariableName() +
+                                            "' is constant (" + Format(range[0]) +
+                                            ") in every case used"};
+    }
+    fit.method = o.method;
+    fit.intercept = o.intercept;
+    fit.tol = o.tol > 0.0 ? o.tol : (o.method == Method::kQR ? kQRTol : kSweepTol);
+    Solution s = solver->Solve(fit.tol);
+    if (o.method == Method::kQR) Refine(*rowEncoder, s);
+    Statistics(s);
+  }
+
+ private:
+  // Reads this process's rows and accumulates them.
+  void Accumulate() {
     const std::vector<std::string>& header = reader.ReadHeader();
     QXVarList& list = fit.dictionary;
     if (o.dictionary.empty()) {
@@ -350,8 +387,18 @@ class Run {
     }
     list.SetListwiseDeletion(o.listwise);
     Layout(header);
-    Encoder encoder(list, column, reader);
+    rowEncoder.reset(new Encoder(list, column, reader));
+    Encoder& encoder = *rowEncoder;
     std::vector<std::string_view> fields;
+    if (pool != nullptr) {
+      // Categories learnt from a share would be numbered apart; QR keeps no
+      // summary that pools.
+      if (o.method == Method::kQR || (o.dictionary.empty() && HasCategorical())) {
+        throw BadSetting(
+            "a parallel fit takes the sweep, and categorical predictors only from a --dictionary");
+      }
+      reader.KeepShare(pool->Index(), pool->Count());
+    }
     if (o.dictionary.empty() && HasCategorical()) {
       // A first pass learns the categories, in the order they first appear
       // among the cases that will be used.
@@ -364,7 +411,6 @@ class Run {
     Design();
     const bool weighted = list.GetWeightIndex() >= 0;
     const int q = static_cast<int>(design.size());
-    std::unique_ptr<Solver> solver;
     if (o.method == Method::kQR) {
       solver.reset(new QRSolver(q, o.intercept, weighted));
     } else {
@@ -414,23 +460,31 @@ class Run {
       }
     }
     Flush(*solver, block, filled);
-    Counts();
-    const std::vector<double> range = fit.fields[fit.target].GetSummStats();
-    if (range[0] == range[1]) {
-      throw InputError{kConstantTarget, reader.Name() + ": error: the target '" +
-                                            list.GetVarAt(fit.target)->GetVariableName() +
-                                            "' is constant (" + Format(range[0]) +
-                                            ") in every case used"};
-    }
-    fit.method = o.method;
-    fit.intercept = o.intercept;
-    fit.tol = o.tol > 0.0 ? o.tol : (o.method == Method::kQR ? kQRTol : kSweepTol);
-    Solution s = solver->Solve(fit.tol);
-    if (o.method == Method::kQR) Refine(encoder, s);
-    Statistics(s);
+    // A share's line numbers cost a pass over the file before it: only the
+    // message of a file without rows needs this one, and asks for it then.
+    if (pool == nullptr) lastLine = reader.Line();
   }
 
- private:
+  // The counts, sums and summaries of all processes, in every process.
+  void PoolShares() {
+    std::vector<long> counts{fit.rowsRead, fit.casesUsed, fit.casesDropped, fit.badWeights,
+                             fit.blocks};
+    pool->Sum(counts);
+    fit.rowsRead = counts[0];
+    fit.casesUsed = counts[1];
+    fit.casesDropped = counts[2];
+    fit.badWeights = counts[3];
+    fit.blocks = static_cast<int>(counts[4]);
+    if (fit.rowsRead == 0) lastLine = pool->Max(reader.Line());
+    bool pooled = pool->Combine(*solver->Pooled());
+    for (QXMath_850::QXUniStats& field : fit.fields)
+      pooled = pool->Combine(field) && pooled;
+    if (!pooled) {
+      throw InputError{kNotPooled,
+                       reader.Name() + ": error: the processes could not pool their sums"};
+    }
+  }
+
   // The design columns of a used case, then its target.
   void DesignRow(const Encoder& encoder, double* row) const {
     const int q = static_cast<int>(design.size());
@@ -590,7 +644,7 @@ class Run {
     list.SetBadWeightCount(static_cast<double>(fit.badWeights));
     const std::string where = reader.Name() + ": error: ";
     if (fit.rowsRead == 0) {
-      throw InputError{kBadTable, reader.Name() + ":" + std::to_string(reader.Line() + 1) +
+      throw InputError{kBadTable, reader.Name() + ":" + std::to_string(lastLine + 1) +
                                       ": error: no data rows after the header"};
     }
     if (fit.casesUsed == 0 && fit.casesDropped > 0) {
@@ -704,6 +758,10 @@ class Run {
   QXMath_850::QXCancelInfo cancel;
   const ProgressFn& progress;
   Fit& fit;
+  Pool* pool;
+  std::unique_ptr<Encoder> rowEncoder;
+  std::unique_ptr<Solver> solver;
+  long lastLine = 0;  // the file line where the rows ended
   std::vector<int> column;
   std::vector<DesignColumn> design;
   QXMath_850::QXTimeUtil timer{"accumulation"};
@@ -719,12 +777,12 @@ QXStatus Failure(const InputError& e, std::string& message) {
 
 QXStatus FitCsv(std::istream& in, const std::string& shownName, const QXSettings& settings,
                 QXCommon_850::QXQueryCancel* cancel, const ProgressFn& progress, Fit& fit,
-                std::string& message) {
+                std::string& message, Pool* pool) {
   fit = Fit();
   message.clear();
   try {
     const Options o = ReadOptions(settings);
-    Run(in, shownName, o, cancel, progress, fit).Go();
+    Run(in, shownName, o, cancel, progress, fit, pool).Go();
   } catch (const InputError& e) {
     return Failure(e, message);
   }
@@ -733,9 +791,9 @@ QXStatus FitCsv(std::istream& in, const std::string& shownName, const QXSettings
 
 QXStatus FitFile(const std::string& path, const QXSettings& settings,
                  QXCommon_850::QXQueryCancel* cancel, const ProgressFn& progress, Fit& fit,
-                 std::string& message) {
+                 std::string& message, Pool* pool) {
   if (path == "-")
-    return FitCsv(std::cin, "standard input", settings, cancel, progress, fit, message);
+    return FitCsv(std::cin, "standard input", settings, cancel, progress, fit, message, pool);
   std::error_code ec;
   if (std::filesystem::is_directory(path, ec)) {
     message = path + ": error: this is a folder; a CSV file was expected";
@@ -746,7 +804,7 @@ QXStatus FitFile(const std::string& path, const QXSettings& settings,
     message = path + ": error: cannot open the file (" + std::strerror(errno) + ")";
     return QXStatus(kCannotOpen, false);
   }
-  return FitCsv(in, path, settings, cancel, progress, fit, message);
+  return FitCsv(in, path, settings, cancel, progress, fit, message, pool);
 }
 
 }  // namespace linreg

@@ -15,6 +15,7 @@
 
 #include <functional>
 #include <istream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -81,6 +82,25 @@ struct Fit {
 // and the target so far, block number, processor seconds) and the rows read.
 using ProgressFn = std::function<void(QXMath_850::QXIterationReporter&, long)>;
 
+// The processes of a parallel fit, as the fit sees them: each reads its own
+// share of the file's rows, and they pool what they accumulated. Every
+// operation is collective: every process calls it, in the same order.
+class Pool {
+ public:
+  virtual ~Pool() = default;
+  virtual int Index() const = 0;
+  virtual int Count() const = 0;
+  // Each process's failure, if any, in; the failure of the lowest-numbered
+  // process that has one (the first in the file) out, the same everywhere.
+  virtual std::optional<InputError> Agree(const std::optional<InputError>& own) = 0;
+  // Element-wise sums and the largest value, over the processes.
+  virtual void Sum(std::vector<long>& counts) = 0;
+  virtual long Max(long value) = 0;
+  // The pooled accumulators; false, the same everywhere, if they can't be.
+  virtual bool Combine(QXMath_850::QXMeansXProdData& acc) = 0;
+  virtual bool Combine(QXMath_850::QXUniStats& stats) = 0;
+};
+
 // Fits the model that the settings describe to the CSV text of `in`, which
 // must be seekable when a categorical predictor needs a first pass to learn
 // its categories. `shownName` names the input in messages. `cancel` may be
@@ -89,11 +109,14 @@ using ProgressFn = std::function<void(QXMath_850::QXIterationReporter&, long)>;
 QXCommon_850::QXStatus FitCsv(std::istream& in, const std::string& shownName,
                               const QXXML_850::QXSettings& settings,
                               QXCommon_850::QXQueryCancel* cancel, const ProgressFn& progress,
-                              Fit& fit, std::string& message);
+                              Fit& fit, std::string& message, Pool* pool = nullptr);
 // The same on a file, which may be "-" for standard input.
+// With a pool, this process fits its share of the rows and the result is
+// that of the whole file; every process gets the same status and message.
+// The sweep fits so, with the categories of a dictionary if any.
 QXCommon_850::QXStatus FitFile(const std::string& path, const QXXML_850::QXSettings& settings,
                                QXCommon_850::QXQueryCancel* cancel, const ProgressFn& progress,
-                               Fit& fit, std::string& message);
+                               Fit& fit, std::string& message, Pool* pool = nullptr);
 
 }  // namespace linreg
 

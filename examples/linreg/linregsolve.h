@@ -35,6 +35,9 @@ class Solver {
   // The weighted means of the columns so far.
   virtual const std::vector<double>& Means() const = 0;
   virtual Solution Solve(double tol) const = 0;
+  // The means and cross-products that a parallel fit pools, or null when
+  // the solver keeps no such summary.
+  virtual QXMath_850::QXMeansXProdData* Pooled() { return nullptr; }
 };
 
 // Accumulates blocks with QXMeansXProducts and sweeps the design columns in
@@ -45,6 +48,7 @@ class SweepSolver : public Solver {
   void Add(const QXMath_850::QXRectMatrix& block, int rows) override;
   const std::vector<double>& Means() const override { return acc.GetMeans(); }
   Solution Solve(double tol) const override;
+  QXMath_850::QXMeansXProdData* Pooled() override { return &acc; }
 
  private:
   int q;

@@ -19,7 +19,8 @@ enum Code : long {
   kAllDropped = 15,  // every case had a missing value
   kZeroWeight = 16,  // no case had a usable weight
   kCannotWrite = 17,
-  kBadModel = 18,  // a model file that can't be scored with
+  kBadModel = 18,   // a model file that can't be scored with
+  kNotPooled = 19,  // the processes of a parallel fit could not pool their sums
   // Warnings.
   kAliased = 101,       // predictors refused as aliased; parameters: their names
   kDroppedCases = 102,  // cases dropped for a missing value; parameter: how many

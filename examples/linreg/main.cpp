@@ -3,6 +3,9 @@
 //   linreg data.csv [options]                fit, print the summary, write the
 //                                            StatXML and PMML documents
 //   linreg --score model.pmml data.csv       predictions of a written model
+//   mpirun -np K linreg data.csv --mpi [options]
+//                                            the same fit, each of K processes
+//                                            reading its share of the rows
 //   linreg --help
 //
 // Bad input gets one line on stderr naming the file and line, and an exit
@@ -12,6 +15,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,6 +23,9 @@
 #include "linregoutput.h"
 #include "linregreport.h"
 #include "minixml.h"
+#ifdef QX_LINREG_MPI
+#include "linregmpi.h"
+#endif
 
 namespace {
 
@@ -44,6 +51,9 @@ const char kUsage[] =
     "                         sum of squares is at most TOL of it (default 1e-11\n"
     "                         for sweep, 1e-14 for qr)\n"
     "  --block ROWS           rows per block handed to the accumulator (1024)\n"
+    "  --mpi                  under mpirun: each process fits its share of the\n"
+    "                         rows, the sums are pooled, the first process writes\n"
+    "                         (sweep only; categories from --dictionary)\n"
     "  --dictionary FILE      variables and roles from a persisted QXVarList\n"
     "  --settings FILE        settings from an XML file of <Setting name=\"...\"\n"
     "                         value=\"...\"/> elements; options given as well win\n"
@@ -53,9 +63,14 @@ const char kUsage[] =
     "                         --output FILE takes the predictions (default: stdout)\n"
     "Exit status: 0 done, 2 bad option or setting, 3 unreadable file, 4 malformed\n"
     "table, 5 a cell its column can't take, 6 constant target, 7 all cases dropped,\n"
-    "8 weights add up to zero, 9 output not written, 10 unusable model, 130 Ctrl-C.\n";
+    "8 weights add up to zero, 9 output not written, 10 unusable model, 11 sums not\n"
+    "pooled, 130 Ctrl-C.\n";
+
+// The rank of this process in a parallel run; only rank 0 speaks.
+int gRank = 0;
 
 int Usage(const std::string& why) {
+  if (gRank != 0) return 2;
   std::fprintf(stderr, "linreg: error: %s (see linreg --help)\n", why.c_str());
   return 2;
 }
@@ -95,13 +110,40 @@ std::string BaseName(const std::string& path) {
 }
 
 int Fail(const InputError& e) {
-  std::fprintf(stderr, "%s\n", e.text.c_str());
+  if (gRank == 0) std::fprintf(stderr, "%s\n", e.text.c_str());
   return linreg::ExitStatus(e.code);
 }
+
+#ifdef QX_LINREG_MPI
+// MPI from the start of a parallel run to its end, whichever way main leaves.
+struct MpiSession {
+  MpiSession(int& argc, char**& argv) {
+    MPI_Init(&argc, &argv);
+    MPI_Comm_rank(MPI_COMM_WORLD, &gRank);
+  }
+  ~MpiSession() { MPI_Finalize(); }
+  MpiSession(const MpiSession&) = delete;
+  MpiSession& operator=(const MpiSession&) = delete;
+};
+#endif
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  bool parallel = false;
+  for (int i = 1; i < argc; ++i)
+    parallel = parallel || std::string(argv[i]) == "--mpi";
+#ifdef QX_LINREG_MPI
+  std::unique_ptr<MpiSession> session;
+  std::unique_ptr<linreg::MpiPool> pool;
+  if (parallel) {
+    session.reset(new MpiSession(argc, argv));
+    pool.reset(new linreg::MpiPool(MPI_COMM_WORLD));
+  }
+#else
+  std::unique_ptr<linreg::Pool> pool;
+  if (parallel) return Usage("--mpi needs a linreg built with MPI");
+#endif
   QXSettings options;
   std::string file, settingsFile, model, output;
   std::string call = "linreg";
@@ -112,7 +154,9 @@ int main(int argc, char** argv) {
       std::fputs(kUsage, stdout);
       return 0;
     }
-    if (arg == "--no-intercept") {
+    if (arg == "--mpi") {
+      continue;
+    } else if (arg == "--no-intercept") {
       options.AddSetting("intercept", "false", true);
     } else if (arg == "--listwise") {
       options.AddSetting("listwise", "true", true);
@@ -143,6 +187,9 @@ int main(int argc, char** argv) {
     }
   }
   if (file.empty()) return Usage("no data file given");
+  if (parallel && (file == "-" || !model.empty())) {
+    return Usage("--mpi fits a named file; it takes no --score and no standard input");
+  }
   try {
     if (!model.empty()) {
       if (options.Size() > 0 || !settingsFile.empty()) {
@@ -160,7 +207,7 @@ int main(int argc, char** argv) {
 
     std::signal(SIGINT, OnInterrupt);
     InterruptQuery interrupt;
-    const bool terminal = isatty(STDERR_FILENO) != 0;
+    const bool terminal = gRank == 0 && isatty(STDERR_FILENO) != 0;
     const linreg::ProgressFn progress = [terminal](QXMath_850::QXIterationReporter& r, long rows) {
       if (!terminal) return;
       std::fprintf(stderr, "\r  block %d: %ld rows read, %.2f s accumulating",
@@ -169,13 +216,15 @@ int main(int argc, char** argv) {
     linreg::Fit fit;
     std::string message;
     const QXCommon_850::QXStatus status =
-        linreg::FitFile(file, settings, &interrupt, progress, fit, message);
+        linreg::FitFile(file, settings, &interrupt, progress, fit, message, pool.get());
     if (terminal && fit.blocks > 0) std::fputc('\n', stderr);
     if (status.IsError()) {
+      if (gRank != 0) return linreg::ExitStatus(status.GetErrorCode());
       std::fprintf(stderr, "%s%s\n", status.GetErrorCode() == linreg::kCancelled ? "linreg: " : "",
                    message.c_str());
       return linreg::ExitStatus(status.GetErrorCode());
     }
+    if (gRank != 0) return 0;  // the first process writes the results
     std::string statxml, pmml;
     settings.GetSettingValByName("statxml", statxml);
     settings.GetSettingValByName("pmml", pmml);

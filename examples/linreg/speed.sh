@@ -3,6 +3,8 @@
 # COLS predictors (y a linear function of them plus noise), each fit from the
 # file, with peak resident memory from /usr/bin/time. Usage:
 #   examples/linreg/speed.sh build/release/examples/linreg/linreg [ROWS] [COLS] [DIR]
+# With RANKS="1 2 ..." set, it times the sweep under mpirun -np K with --mpi
+# instead (wall and processor seconds of all processes), and nothing else.
 set -euo pipefail
 linreg=$1
 rows=${2:-200000}
@@ -26,6 +28,16 @@ echo "data: $csv ($(du -h "$csv" | cut -f1), $rows rows, $cols predictors)"
 peak() { /usr/bin/time -f "%e %M" "$@" 2>"$dir/speed.err" >/dev/null; tail -1 "$dir/speed.err"; }
 rate() { awk -v r="$rows" -v s="$1" 'BEGIN{printf "%.0f", r/s}'; }
 docs=(--statxml "$dir/speed.statxml.xml" --pmml "$dir/speed.pmml")
+if [ -n "${RANKS:-}" ]; then
+  for k in $RANKS; do
+    /usr/bin/time -f "%e %U %S" mpirun --oversubscribe -np "$k" "$linreg" "$csv" --mpi \
+      --block 4096 "${docs[@]}" 2>"$dir/speed.err" >/dev/null
+    read -r wall user sys <<<"$(tail -1 "$dir/speed.err")"
+    echo "linreg --mpi, $k processes: $wall s wall, $(rate "$wall") rows/s," \
+         "$(awk -v u="$user" -v s="$sys" 'BEGIN{printf "%.1f", u + s}') processor s"
+  done
+  exit 0
+fi
 read -r secs kb <<<"$(peak "$linreg" "$csv" --block 4096 "${docs[@]}")"
 echo "linreg sweep: $secs s, $(rate "$secs") rows/s, peak RSS $((kb / 1024)) MiB"
 read -r qsecs qkb <<<"$(peak "$linreg" "$csv" --block 4096 --method qr "${docs[@]}")"

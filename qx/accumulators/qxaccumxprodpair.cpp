@@ -143,9 +143,7 @@ void QXAccumXProdPair::RetakeFlat() {
   covarFlat = &covar.AsVector();
   corrFlat = &corr.AsVector();
   std::size_t held = std::numeric_limits<std::size_t>::max();
-  for (const std::vector<double>* v :
-       {accCountsFlat, accCasesFlat, accSumXFlat, accSumYFlat, accSumXXFlat, accSumYYFlat,
-        accSumXYFlat, totCasesFlat, meanXFlat, meanYFlat, varXFlat, varYFlat, covarFlat})
+  for (const std::vector<double>* v : StateStores())
     held = std::min(held, v->size());
   const long long pairs = static_cast<long long>(nVars) * (nVars - 1) / 2;
   nPairs = static_cast<long long>(held) >= pairs ? static_cast<int>(pairs) : 0;
@@ -419,6 +417,35 @@ void QXAccumXProdPair::Display() const {
   for (const auto& item : shown)
     DisplayDVTR(item.first, item.second->AsVectorConst(), item.second->GetNRows());
   DisplayText(1, "QXAccumXProdPair display end");
+}
+
+std::vector<std::vector<double>*> QXAccumXProdPair::StateStores() const {
+  return {accCountsFlat, accCasesFlat, accSumXFlat,  accSumYFlat, accSumXXFlat,
+          accSumYYFlat,  accSumXYFlat, totCasesFlat, meanXFlat,   meanYFlat,
+          varXFlat,      varYFlat,     covarFlat};
+}
+
+bool QXAccumXProdPair::GetState(std::vector<double>& out) const {
+  out.clear();
+  if (nPairs == 0 && nVars > 1) return false;
+  const std::vector<std::vector<double>*> stores = StateStores();
+  out.reserve(stores.size() * static_cast<std::size_t>(nPairs));
+  for (std::vector<double>* store : stores)
+    out.insert(out.end(), store->begin(), store->begin() + nPairs);
+  return true;
+}
+
+bool QXAccumXProdPair::SetState(const std::vector<double>& state) {
+  const std::vector<std::vector<double>*> stores = StateStores();
+  if ((nPairs == 0 && nVars > 1) ||
+      state.size() != stores.size() * static_cast<std::size_t>(nPairs))
+    return false;
+  auto from = state.begin();
+  for (std::vector<double>* store : stores) {
+    std::copy(from, from + nPairs, store->begin());
+    from += nPairs;
+  }
+  return true;
 }
 
 }  // namespace QXMath_850

@@ -97,10 +97,21 @@ class QXCOMMON_API QXAccumXProdPair {
 
   void Display() const;
 
+  // The whole accumulated state as one array, for pooling across processes:
+  // the first nPairs elements of each of the 13 pair matrices, block sums
+  // (the count of accumulations first) then running statistics, in the order
+  // they are declared. False, with `out` empty, after a failed allocation.
+  bool GetState(std::vector<double>& out) const;
+  // Puts back a state from GetState of an accumulator with as many
+  // variables; false, and nothing changes, for any other length.
+  bool SetState(const std::vector<double>& state);
+
  private:
   // Re-points every flat alias at its matrix's store and counts the pairs
   // that every store holds (none after a failed allocation).
   void RetakeFlat();
+  // The 13 stores that make up the state, in GetState's order.
+  std::vector<std::vector<double>*> StateStores() const;
   // Every pair matrix to the given order, zeroed.
   void SizePairMatrices(int order);
   // Adds count cases: case r's values at rows + r * stride, its weight at

@@ -256,5 +256,29 @@ TEST(QXAccumXProdPairTest, BlockIndexAndMergeRules) {
   EXPECT_FALSE(pooled.Merge(std::vector<QXAccumXProdPair*>{&a, &wider}));
 }
 
+// A state taken mid-block and put back into a fresh accumulator carries on
+// exactly as the original: same folds, same merges, to the bit.
+TEST(QXAccumXProdPairTest, StateRoundTripCarriesOnBitForBit) {
+  const int n = 4;
+  const QXRectMatrix cases = MakeCases(37, n, 0.2, 5);
+  QXAccumXProdPair acc = Accumulate(cases, 8), other = Accumulate(MakeCases(20, n, 0.1, 6), 8);
+  Vec state;
+  ASSERT_TRUE(acc.GetState(state));
+  ASSERT_EQ(state.size(), 13u * 6u);
+  QXAccumXProdPair copy(n, 8);
+  ASSERT_TRUE(copy.SetState(state));
+  ASSERT_TRUE(acc.Merge(other) && copy.Merge(other));
+  acc.Finish();
+  copy.Finish();
+  Vec a, b;
+  ASSERT_TRUE(acc.GetState(a) && copy.GetState(b));
+  EXPECT_EQ(std::memcmp(a.data(), b.data(), a.size() * sizeof(double)), 0);
+  state.pop_back();
+  EXPECT_FALSE(copy.SetState(state));
+  EXPECT_FALSE(QXAccumXProdPair(n + 1, 8).SetState(b));
+  ASSERT_TRUE(QXAccumXProdPair(1, 8).GetState(state));
+  EXPECT_TRUE(state.empty());
+}
+
 }  // namespace
 }  // namespace QXMath_850

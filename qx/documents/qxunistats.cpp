@@ -174,4 +174,31 @@ std::vector<double> QXUniStats::GetSummStats() const {
   return {minimum, maximum, mean, sd};
 }
 
+namespace {
+constexpr std::size_t kStateScalars = 7;
+}  // namespace
+
+bool QXUniStats::GetState(std::vector<double>& out) const {
+  out.clear();
+  if (!valid || fixedResults) return false;
+  out = {totalFreq, missingFreq, validWeight, minimum, maximum, mean, sumSquares};
+  out.insert(out.end(), frequencies.begin(), frequencies.end());
+  return true;
+}
+
+bool QXUniStats::SetState(const std::vector<double>& state) {
+  if (!valid || fixedResults || state.size() < kStateScalars) return false;
+  const std::size_t count = state.size() - kStateScalars;
+  if (!categorical && count != frequencies.size()) return false;
+  totalFreq = state[0];
+  missingFreq = state[1];
+  validWeight = state[2];
+  minimum = state[3];
+  maximum = state[4];
+  mean = state[5];
+  sumSquares = state[6];
+  frequencies.assign(state.begin() + kStateScalars, state.end());
+  return true;
+}
+
 }  // namespace QXMath_850

@@ -61,6 +61,17 @@ class QXCOMMON_API QXUniStats {
   // four are for a categorical field.
   std::vector<double> GetSummStats() const;
 
+  // The accumulated numbers as one array, for pooling across processes: the
+  // number of cases, the missing frequency, the weight of the values counted,
+  // minimum, maximum, mean, the sum of squared deviations, then the
+  // frequencies. False, with `out` empty, for an invalid summary or one given
+  // by SetResults. The name, kind and cut points are not part of it.
+  bool GetState(std::vector<double>& out) const;
+  // Puts back a state from GetState of a summary of the same kind and cut
+  // points; false, and nothing changes, if this summary can't take cases or
+  // the frequencies don't fit (one per interval; any number of categories).
+  bool SetState(const std::vector<double>& state);
+
  private:
   void CountInterval(double value, double weight);
 

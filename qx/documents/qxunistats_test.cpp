@@ -129,5 +129,32 @@ TEST(QXUniStatsTest, RefusesWhatDoesNotFit) {
   EXPECT_EQ(a.GetFrequencies(), std::vector<double>{MV});
 }
 
+// A state put back into a summary of the same shape merges exactly as the
+// summary it came from; a summary that can't take cases has no state.
+TEST(QXUniStatsTest, StateRoundTripMergesAsTheOriginal) {
+  QXUniStats part("x", {0.0, 1.0, 2.0}, false), rest("x", {0.0, 1.0, 2.0}, false);
+  for (double v : {0.25, 1.5, MV, 3.0})
+    part.Update(v, 2.0);
+  rest.Update(0.75, 1.0);
+  std::vector<double> state;
+  ASSERT_TRUE(part.GetState(state));
+  EXPECT_EQ(state.size(), 9u);
+  QXUniStats copy("x", {0.0, 1.0, 2.0}, false);
+  ASSERT_TRUE(copy.SetState(state));
+  ASSERT_TRUE(part.Merge(rest) && copy.Merge(rest));
+  EXPECT_EQ(copy.GetSummStats(), part.GetSummStats());
+  EXPECT_EQ(copy.GetFrequencies(), part.GetFrequencies());
+  EXPECT_EQ(copy.GetMissingFreq(), 2.0);
+  state.pop_back();
+  EXPECT_FALSE(copy.SetState(state));  // one interval short
+  QXUniStats codes("g", 0);
+  state.push_back(4.0);  // any number of categories fits
+  EXPECT_TRUE(codes.SetState(state));
+  EXPECT_EQ(codes.GetFrequencies().size(), 2u);
+  ASSERT_TRUE(codes.SetResults(1.0, {MV, MV, MV, MV}, {1.0}));
+  EXPECT_FALSE(codes.GetState(state) || codes.SetState({0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_TRUE(state.empty());
+}
+
 }  // namespace
 }  // namespace QXMath_850
