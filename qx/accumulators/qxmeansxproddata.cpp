@@ -108,13 +108,17 @@ bool QXMeansXProdData::Merge(const QXMeansXProdData& other) {
     for (std::size_t k = 0; k < sums.size(); ++k)
       sums[k] += otherSums[k];
   } else {
+    // Element (i, j) gains (m_j - m1_j) * c1_i + o_ij + (m_j - m2_j) * c2_i,
+    // rows taken side by side through the kernels.
+    std::vector<double> d1(nVars), d2(nVars);
     for (int i = 0; i < nVars; ++i) {
-      const double c1 = w1 * (m[i] - m1[i]);
-      const double c2 = w2 * (m[i] - m2[i]);
-      double* a = sums.data() + internal::RowStart(i);
-      const double* o = otherSums.data() + internal::RowStart(i);
-      for (int j = 0; j <= i; ++j)
-        a[j] += (m[j] - m1[j]) * c1 + o[j] + (m[j] - m2[j]) * c2;
+      d1[i] = m[i] - m1[i];
+      d2[i] = m[i] - m2[i];
+    }
+    for (int i = 0; i < nVars; ++i) {
+      internal::PoolRow(sums.data() + internal::RowStart(i), i + 1,
+                        otherSums.data() + internal::RowStart(i), d1.data(), w1 * d1[i], d2.data(),
+                        w2 * d2[i]);
     }
   }
   means = m;

@@ -114,6 +114,62 @@ QX_BENCHMARK_RATIO("BM_Compute", "BM_PlainTripleLoop");
 QX_BENCHMARK_RATIO("BM_UpdateOnePass", "BM_PlainTripleLoop");
 QX_BENCHMARK_RATIO("BM_AddCase", "BM_PlainTripleLoop");
 
+// Two partials over halves of the cases, pooled; the baseline is the same
+// pooling as one plain loop over the triangle.
+struct MergePair {
+  QXMeansXProdData a, b;
+};
+
+const MergePair& Halves(int p) {
+  static std::unique_ptr<MergePair> cached;
+  if (!cached || cached->a.GetNVars() != p) {
+    cached = std::make_unique<MergePair>();
+    QXMeansXProducts first(p, true, false, false), second = first;
+    const QXRectMatrix& data = Cases(p);
+    first.Compute(data, 0);
+    second.Compute(data, 0);
+    first.AddCase(std::vector<double>(data.GetRowPtr(0), data.GetRowPtr(0) + p), 1.0);
+    cached->a = first;
+    cached->b = second;
+  }
+  return *cached;
+}
+
+void BM_Merge(benchmark::State& state) {
+  const MergePair& halves = Halves(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    QXMeansXProdData pooled = halves.a;
+    benchmark::DoNotOptimize(pooled.Merge(halves.b));
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_MergePlainLoop(benchmark::State& state) {
+  const int p = static_cast<int>(state.range(0));
+  const MergePair& halves = Halves(p);
+  const double w1 = halves.a.GetNCases(), w2 = halves.b.GetNCases();
+  for (auto _ : state) {
+    std::vector<double> pooled = halves.a.GetXProds().AsVectorConst();
+    const std::vector<double>&m1 = halves.a.GetMeans(), &m2 = halves.b.GetMeans();
+    std::vector<double> m(p);
+    for (int i = 0; i < p; ++i)
+      m[i] = m1[i] + (m2[i] - m1[i]) * (w2 / (w1 + w2));
+    double* sums = pooled.data();
+    const double* o = halves.b.GetXProds().AsVectorConst().data();
+    for (int i = 0; i < p; ++i) {
+      const double c1 = w1 * (m[i] - m1[i]), c2 = w2 * (m[i] - m2[i]);
+      for (int j = 0; j <= i; ++j, ++sums, ++o)
+        *sums += (m[j] - m1[j]) * c1 + *o + (m[j] - m2[j]) * c2;
+    }
+    benchmark::DoNotOptimize(pooled.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+BENCHMARK(BM_Merge)->Arg(50)->Arg(200)->Arg(500)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_MergePlainLoop)->Arg(50)->Arg(200)->Arg(500)->Unit(benchmark::kMicrosecond);
+QX_BENCHMARK_RATIO("BM_Merge", "BM_MergePlainLoop");
+
 #if defined(QX_HAVE_LAPACK)
 // X^T X in one BLAS-3 call: the row-major cases are the column-major p by
 // cases matrix that dsyrk multiplies by its transpose.

@@ -94,5 +94,41 @@ TEST(MeansXProductsPaths, AddCaseGivesTheBitsOfTheCaseByCaseLoop) {
   });
 }
 
+// Pooling two partials, with and without the intercept, and into itself.
+TEST(MeansXProductsPaths, MergeGivesTheBitsOfThePlainLoop) {
+  internal::ForEachKernelPath([](internal::KernelPath path) {
+    for (int p : kOrders) {
+      for (bool intercept : {true, false}) {
+        QXMeansXProducts a(p, intercept, false, false), b = a;
+        ASSERT_TRUE(a.Compute(internal::TestRect(29, p, 5 * p + 1), 0));
+        ASSERT_TRUE(b.Compute(internal::TestRect(11, p, 5 * p + 2), 0));
+        const double w1 = a.GetNCases(), w2 = b.GetNCases(), share = w2 / (w1 + w2);
+        const std::vector<double>&m1 = a.GetMeans(), &m2 = b.GetMeans();
+        std::vector<double> want = a.GetXProds().AsVectorConst(), m(p);
+        const std::vector<double>& o = b.GetXProds().AsVectorConst();
+        for (int i = 0; i < p; ++i)
+          m[i] = m1[i] + (m2[i] - m1[i]) * share;
+        for (int i = 0; i < p; ++i) {
+          for (int j = 0; j <= i; ++j) {
+            double& e = want[RowStart(i) + j];
+            e += intercept ? (m[j] - m1[j]) * (w1 * (m[i] - m1[i])) + o[RowStart(i) + j] +
+                                 (m[j] - m2[j]) * (w2 * (m[i] - m2[i]))
+                           : o[RowStart(i) + j];
+          }
+        }
+        QXMeansXProducts self = a;
+        ASSERT_TRUE(a.Merge(b));
+        EXPECT_TRUE(SameBitsAll(want, a.GetXProds().AsVectorConst()))
+            << internal::KernelPathName(path) << ", p " << p << ", intercept " << intercept;
+        std::vector<double> doubled = self.GetXProds().AsVectorConst();
+        for (double& e : doubled)
+          e += e;
+        ASSERT_TRUE(self.Merge(self));
+        EXPECT_TRUE(SameBitsAll(doubled, self.GetXProds().AsVectorConst())) << p;
+      }
+    }
+  });
+}
+
 }  // namespace
 }  // namespace QXMath_850

@@ -273,10 +273,21 @@ void UpdateVectorKernel(double* v, int n, int count, const double* x, long xStri
   }
 }
 
+// a[j] = a[j] + ((d1[j] * c1 + o[j]) + d2[j] * c2) for j < n.
+void PoolRowKernel(double* a, int n, const double* o, const double* d1, double c1, const double* d2,
+                   double c2) {
+  int j = 0;
+  for (; j + kWidth <= n; j += kWidth)
+    Store(a + j, Load(a + j) + ((Load(d1 + j) * c1 + Load(o + j)) + Load(d2 + j) * c2));
+  for (; j < n; ++j)
+    a[j] = a[j] + ((d1[j] * c1 + o[j]) + d2[j] * c2);
+}
+
 }  // namespace
 
 extern const KernelTable QX_KERNEL_TABLE;
-const KernelTable QX_KERNEL_TABLE = {QX_KERNEL_NAME, &UpdateRegionKernel, &UpdateVectorKernel};
+const KernelTable QX_KERNEL_TABLE = {QX_KERNEL_NAME, &UpdateRegionKernel, &UpdateVectorKernel,
+                                     &PoolRowKernel};
 
 }  // namespace internal
 }  // namespace QXMath_850

@@ -94,5 +94,11 @@ void UpdateVector(double* v, int n, int count, const double* x, long xStride, co
   Active().updateVector(v, n, count, x, xStride, c, cStride);
 }
 
+void PoolRow(double* a, int n, const double* o, const double* d1, double c1, const double* d2,
+             double c2) {
+  if (n < 1) return;
+  Active().poolRow(a, n, o, d1, c1, d2, c2);
+}
+
 }  // namespace internal
 }  // namespace QXMath_850

@@ -41,6 +41,11 @@ void UpdateRegion(double* a, int i0, int i1, int j0, int j1, bool diagonal, int 
 void UpdateVector(double* v, int n, int count, const double* x, long xStride, const double* c,
                   long cStride);
 
+// a[j] = a[j] + ((d1[j] * c1 + o[j]) + d2[j] * c2) for j < n: one row of two
+// pooled cross-product triangles, d1 and d2 the moves of the two means.
+void PoolRow(double* a, int n, const double* o, const double* d1, double c1, const double* d2,
+             double c2);
+
 // a_ij = a_ij + s[i] * y[j] for every j <= i < n.
 inline void UpdateRankOne(double* a, int n, const double* s, const double* y) {
   UpdateRegion(a, 0, n, 0, n, true, 1, s, 0, y, 0, nullptr);

@@ -28,6 +28,8 @@ struct KernelTable {
   void (*updateRegion)(const RegionUpdate& u);
   void (*updateVector)(double* v, int n, int count, const double* x, long xStride, const double* c,
                        long cStride);
+  void (*poolRow)(double* a, int n, const double* o, const double* d1, double c1, const double* d2,
+                  double c2);
 };
 
 extern const KernelTable kKernelsSse2;
