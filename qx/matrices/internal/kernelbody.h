@@ -42,6 +42,23 @@ inline T Step(T a, double s, T y, double w) {
   return a + s * y;
 }
 
+// The same step with s read from memory. On AVX-512 the broadcast of s is
+// folded into the multiply's memory operand, which GCC won't do for a value
+// it uses more than once; that saves an instruction for each row and vector
+// of a tile, and about a sixth of the accumulation's time on the AVX-512
+// processors measured. The product, and so every bit, is the same.
+template <bool kWeighted>
+inline Vec StepFrom(Vec a, const double* s, Vec y, double w) {
+#if QX_KERNEL_WIDTH == 8
+  Vec product;
+  __asm__("vmulpd %1%{1to8%}, %2, %0" : "=v"(product) : "m"(*s), "v"(y));
+#else
+  const Vec product = *s * y;
+#endif
+  if (kWeighted) return a + product * w;
+  return a + product;
+}
+
 // Rows i..i+R-1 at columns j..j+V*kWidth-1, held in registers over all
 // steps.
 template <bool kWeighted, int R, int V>
@@ -65,10 +82,9 @@ inline void Tile(const RegionUpdate& u, int i, int j) {
       yv[v] = Load(y + v * kWidth);
 #pragma GCC unroll 8
     for (int r = 0; r < R; ++r) {
-      const double sr = s[r];
 #pragma GCC unroll 8
       for (int v = 0; v < V; ++v)
-        acc[r][v] = Step<kWeighted>(acc[r][v], sr, yv[v], w);
+        acc[r][v] = StepFrom<kWeighted>(acc[r][v], s + r, yv[v], w);
     }
     s += u.sStride;
     y += u.yStride;
@@ -121,8 +137,8 @@ inline void TailTile(const RegionUpdate& u, int i, int j) {
     const Vec y1 = Vec(_mm512_maskz_loadu_pd(y1Mask, y + kWidth));
 #pragma GCC unroll 8
     for (int r = 0; r < R; ++r) {
-      acc[r][0] = Step<kWeighted>(acc[r][0], s[r], y0, w);
-      acc[r][1] = Step<kWeighted>(acc[r][1], s[r], y1, w);
+      acc[r][0] = StepFrom<kWeighted>(acc[r][0], s + r, y0, w);
+      acc[r][1] = StepFrom<kWeighted>(acc[r][1], s + r, y1, w);
     }
   }
 #pragma GCC unroll 8
