@@ -106,12 +106,12 @@ struct PairsOps {
   static bool HasShape(const Partial& acc) { return acc.GetNVars() > 0; }
   static double Key(const Partial& acc) { return acc.GetNVars(); }
   static Partial Blank(const Partial& own, const double* buffer, std::size_t size) {
-    // The buffer's length bounds the number of variables, and so what this
-    // allocates, before it is believed.
+    // Every pair holds at least one double of the state, so the buffer's
+    // length bounds the number of variables, and what this allocates, before
+    // it is believed; SetState then takes only a state of the exact length.
     const double n = HeaderKey(buffer, size, kPairs);
     const double pairs = n * (n - 1.0) / 2.0;
-    const bool fits =
-        n >= 0.0 && n <= INT_MAX && 13.0 * pairs == static_cast<double>(size - kHeader);
+    const bool fits = n >= 0.0 && n <= INT_MAX && pairs <= static_cast<double>(size - kHeader);
     return Partial(fits ? static_cast<int>(n) : 0, own.GetNAccum());
   }
 };
